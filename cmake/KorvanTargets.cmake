@@ -1,0 +1,35 @@
+# One interface target for the compiler's settings, and the helpers that make targets.
+
+add_library(korvan_compile_options INTERFACE)
+target_compile_options(korvan_compile_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
+  $<$<BOOL:${KORVAN_WARNINGS_AS_ERRORS}>:-Werror>)
+
+if(KORVAN_SANITIZE)
+  target_compile_options(korvan_compile_options INTERFACE
+    -fsanitize=${KORVAN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(korvan_compile_options INTERFACE -fsanitize=${KORVAN_SANITIZE})
+endif()
+
+# The headers that the framework shares with its modules, and nothing else: a module that includes a private header
+# of the framework does not find it.
+include(GenerateExportHeader)
+add_library(korvan_contract INTERFACE)
+target_include_directories(korvan_contract INTERFACE
+  ${PROJECT_SOURCE_DIR}/framework/include
+  ${PROJECT_SOURCE_DIR}/shared/include
+  ${PROJECT_BINARY_DIR}/generated)
+
+set_property(GLOBAL PROPERTY KORVAN_FRAMEWORK_PARTS "")
+
+# korvan_framework_part(NAME SOURCES file... LIBRARIES target...)
+# One folder of the framework as an object library; all of them together make the framework's library.
+function(korvan_framework_part name)
+  cmake_parse_arguments(PART "" "" "SOURCES;LIBRARIES" ${ARGN})
+  set(target korvan_fw_${name})
+  add_library(${target} OBJECT ${PART_SOURCES})
+  target_compile_definitions(${target} PRIVATE korvan_framework_EXPORTS)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/framework)
+  target_link_libraries(${target} PUBLIC korvan_contract PRIVATE korvan_compile_options ${PART_LIBRARIES})
+  set_property(GLOBAL APPEND PROPERTY KORVAN_FRAMEWORK_PARTS ${target})
+endfunction()
