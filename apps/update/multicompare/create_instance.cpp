@@ -1,0 +1,10 @@
+#include "create_instance.h"
+
+#include "multicompare.h"
+
+#include <boost/config.hpp>
+
+extern "C" BOOST_SYMBOL_EXPORT BasicMultiApp* create_instance()
+{
+    return new (std::nothrow) APPUpdateMultiCompare;
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+class BasicMultiApp;
+
+// The module's factory, exported under its plain name. A new application that the caller destroys through its virtual
+// destructor; null when there is no memory for it.
+extern "C" BasicMultiApp* create_instance();
