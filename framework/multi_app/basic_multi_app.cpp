@@ -1,0 +1,199 @@
+#include "basic_multi_app.h"
+
+#include "file_names.h"
+#include "korvan_directory.h"
+#include "log/log_control.h"
+#include "multi_app/multi_configure.h"
+#include "multi_app/output_folder.h"
+#include "multi_app/run_progress.h"
+#include "multi_app/run_summary.h"
+#include "multi_app/target_pool.h"
+#include "multi_app/target_task.h"
+#include "option_names.h"
+#include "text/text.h"
+#include "xmodule_log.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <exception>
+#include <iostream>
+
+namespace
+{
+constexpr char kSource[] = "framework/multi_app/basic_multi_app";
+constexpr std::uint32_t kInvalidParameter = 5;
+constexpr std::uint32_t kFolderFailure = 8;
+constexpr std::uint32_t kInternalError = 17;
+
+KorvanResult readLogLevel(const UserContext& context, int& level)
+{
+    const std::string value = GetOption(context, option::kLog, "3");
+    if (value.size() != 1 || value[0] < '1' || value[0] > '4')
+    {
+        return KorvanResult(kInvalidParameter, std::string("option --") + option::kLog +
+                                                   ": the level must be 1 (errors), 2, 3 or 4 (everything)");
+    }
+    level = value[0] - '0';
+    return KorvanResult();
+}
+
+KorvanResult readConfigure(const UserContext& context, nova::MultiConfigure& configure)
+{
+    configure.parallel = static_cast<std::size_t>(std::max(context.parallel, 1));
+    configure.outputDir = context.outputDir;
+    const KorvanResult level = readLogLevel(context, configure.logLevel);
+    return level.succeeded() ? multi_command::buildTargetSet(context, configure.targets) : level;
+}
+
+// Makes the output directory and opens the log in it.
+KorvanResult openOutput(nova::MultiConfigure& configure)
+{
+    std::string path = configure.outputDir;
+    std::string error;
+    const bool made = path.empty() ? output_folder::makeDated(path, error)
+                                   : output_folder::make(KorvanDirectory::GetFullPath(path), error);
+    if (!made)
+    {
+        return KorvanResult(kFolderFailure, "cannot make the output directory " + text::visible(path) + ": " + error);
+    }
+    configure.outputDir = KorvanDirectory::GetFullPath(path);
+    const std::string log = configure.outputDir + "/" + file_name::kLog;
+    if (!log_control::open(log, configure.logLevel, error))
+    {
+        return KorvanResult(kFolderFailure,
+                            "cannot write to the output directory: " + text::visible(log) + ": " + error);
+    }
+    KorvanDirectory::setOutputDir(configure.outputDir);
+    return KorvanResult();
+}
+
+void removeOptionsBeside(UserContext& context, const char* kept)
+{
+    for (const char* const kind : {option::kBmc, option::kPmx, option::kEsxi, option::kCmm, option::kSmm})
+    {
+        if (std::string(kind) != kept)
+        {
+            context.options.erase(kind);
+        }
+    }
+}
+} // namespace
+
+BasicMultiApp::BasicMultiApp() = default;
+
+KorvanResult BasicMultiApp::Initialize(const UserContext& context)
+{
+    parent_ = context;
+    configure_ = boost::make_shared<nova::MultiConfigure>(); // tells CreateConfigure that there is a context
+    const boost::shared_ptr<nova::MultiConfigure> created = CreateConfigure();
+    if (!created)
+    {
+        configure_.reset();
+        return KorvanResult(kInternalError, "the run's configuration was not made");
+    }
+    KorvanResult result = created->status;
+    if (result.succeeded())
+    {
+        result = openOutput(*created);
+    }
+    if (!result.succeeded())
+    {
+        configure_.reset();
+        return result;
+    }
+    configure_ = created;
+    KORVAN_LOG(3, kSource) << parent_.command << " " << parent_.subCommand << ": " << configure_->targets.size()
+                           << " targets, " << configure_->parallel << " at once, into " << configure_->outputDir;
+    return KorvanResult();
+}
+
+boost::shared_ptr<nova::MultiConfigure> BasicMultiApp::CreateConfigure()
+{
+    if (!configure_)
+    {
+        return boost::shared_ptr<nova::MultiConfigure>();
+    }
+    try
+    {
+        auto configure = boost::make_shared<nova::MultiConfigure>();
+        configure->status = readConfigure(parent_, *configure);
+        return configure;
+    }
+    catch (const std::exception& failure)
+    {
+        auto failed = boost::make_shared<nova::MultiConfigure>();
+        failed->status = KorvanResult(kInternalError, failure.what());
+        return failed;
+    }
+}
+
+KorvanResult BasicMultiApp::Running()
+{
+    if (!configure_)
+    {
+        return KorvanResult(kInternalError, "the run was not initialized");
+    }
+    std::map<std::string, KorvanResult> results;
+    {
+        RunProgress progress(configure_->targets.size());
+        results = runTargets(
+            *configure_,
+            [this](const nova::ServerInfo& server, const std::string& folder) { return RunTask(server, folder); },
+            progress);
+    }
+    std::string failure;
+    try
+    {
+        HandleResult();
+    }
+    catch (const std::exception& thrown)
+    {
+        failure = std::string("the results could not be reported: ") + thrown.what();
+    }
+    catch (...)
+    {
+        failure = "the results could not be reported: unknown exception";
+    }
+    if (!failure.empty())
+    {
+        KORVAN_LOG(1, kSource) << failure;
+        std::cerr << "korvan: " + text::visible(failure) + "\n" << std::flush;
+    }
+    std::cout << std::flush;
+    const KorvanResult summary = SummarizeResult(results);
+    // A run whose report is missing is no success, whatever its targets say.
+    return summary.succeeded() && !failure.empty() ? KorvanResult(kInternalError, failure) : summary;
+}
+
+KorvanResult BasicMultiApp::Cleanup()
+{
+    if (configure_)
+    {
+        KORVAN_LOG(3, kSource) << "done";
+    }
+    configure_.reset();
+    log_control::close();
+    return KorvanResult();
+}
+
+KorvanResult BasicMultiApp::SummarizeResult(const std::map<std::string, KorvanResult>& results)
+{
+    run_summary::print(std::cout, results, configure_ ? configure_->outputDir : std::string());
+    std::cout << std::flush;
+    return run_summary::overall(results);
+}
+
+UserContext BasicMultiApp::InheritParentContext(bool keepAllTargets) const
+{
+    UserContext context = parent_;
+    const nova::ServerInfo* const server = target_task::current();
+    if (keepAllTargets || server == nullptr)
+    {
+        return context;
+    }
+    // The legacy hand-over keeps a command line with an ESXi address out of the log, so a local target still shows it.
+    const bool local = server->option == option::kLocal;
+    removeOptionsBeside(context, local ? option::kEsxi : server->option.c_str());
+    return context;
+}

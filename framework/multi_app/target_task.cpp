@@ -1,0 +1,144 @@
+#include "multi_app/target_task.h"
+
+#include "file_names.h"
+#include "log/log_control.h"
+#include "multi_app/output_folder.h"
+#include "text/text.h"
+#include "xmodule_log.h"
+
+#include <exception>
+
+namespace
+{
+constexpr char kSource[] = "framework/multi_app/target_task";
+constexpr std::uint32_t kFolderFailure = 8;
+constexpr std::uint32_t kInternalError = 17;
+constexpr std::uint32_t kInterrupted = 47;
+
+const nova::ServerInfo*& currentServer()
+{
+    thread_local const nova::ServerInfo* server = nullptr;
+    return server;
+}
+
+class CurrentScope
+{
+  public:
+    explicit CurrentScope(const nova::ServerInfo& server) { currentServer() = &server; }
+    ~CurrentScope() { currentServer() = nullptr; }
+    CurrentScope(const CurrentScope&) = delete;
+    CurrentScope& operator=(const CurrentScope&) = delete;
+};
+
+std::string folderOf(const std::string& outputDir, const std::string& prefix, const multi_command::Target& target)
+{
+    return outputDir + "/" + prefix + target.name;
+}
+
+bool removeEarlier(const multi_command::Target& target, const std::string& outputDir, std::string& error)
+{
+    for (const char* const prefix : {"", file_name::kSuccessPrefix, file_name::kFailurePrefix})
+    {
+        const std::string folder = folderOf(outputDir, prefix, target);
+        std::string reason;
+        if (!output_folder::removeTree(folder, reason))
+        {
+            error = "cannot remove the earlier folder " + text::visible(folder) + ": " + reason;
+            return false;
+        }
+    }
+    return true;
+}
+
+KorvanResult runGuarded(const multi_command::Target& target, const std::string& folder, const target_task::Task& task)
+{
+    const CurrentScope scope(target.server);
+    try
+    {
+        return task(target.server, folder);
+    }
+    catch (const std::exception& failure)
+    {
+        return KorvanResult(kInternalError, failure.what());
+    }
+    catch (...)
+    {
+        return KorvanResult(kInternalError, "unknown exception");
+    }
+}
+
+void logResult(const KorvanResult& result)
+{
+    if (result.succeeded())
+    {
+        KORVAN_LOG(3, kSource) << "done: " << result;
+    }
+    else
+    {
+        KORVAN_LOG(1, kSource) << "failed: " << result;
+    }
+}
+
+KorvanResult runInFolder(const multi_command::Target& target, const std::string& outputDir,
+                         const target_task::Task& task)
+{
+    std::string error;
+    if (!removeEarlier(target, outputDir, error))
+    {
+        return KorvanResult(kFolderFailure, error);
+    }
+    const std::string folder = folderOf(outputDir, "", target);
+    if (output_folder::makeOne(folder, error) != output_folder::Creation::Made)
+    {
+        return KorvanResult(kFolderFailure, "cannot make the folder " + text::visible(folder) + ": " + error);
+    }
+    KORVAN_LOG(3, kSource) << "started as " << target.server.option;
+    KorvanResult result = runGuarded(target, folder, task);
+    const char* const prefix = result.succeeded() ? file_name::kSuccessPrefix : file_name::kFailurePrefix;
+    const std::string finalFolder = folderOf(outputDir, prefix, target);
+    if (output_folder::rename(folder, finalFolder, error))
+    {
+        return result;
+    }
+    const std::string reason = "cannot rename the folder " + text::visible(folder) + ": " + error;
+    KORVAN_LOG(1, kSource) << reason;
+    // The task's own failure says more than this one.
+    return result.succeeded() ? KorvanResult(kInternalError, reason) : result;
+}
+} // namespace
+
+namespace target_task
+{
+KorvanResult run(const multi_command::Target& target, const std::string& outputDir, const Task& task)
+{
+    const log_control::TargetScope scope(target.name);
+    KorvanResult result;
+    try
+    {
+        result = runInFolder(target, outputDir, task);
+    }
+    catch (const std::exception& failure) // the system ran out of memory on the way
+    {
+        result = KorvanResult(kInternalError, failure.what());
+    }
+    logResult(result);
+    return result;
+}
+
+KorvanResult skip(const multi_command::Target& target, const std::string& outputDir)
+{
+    const log_control::TargetScope scope(target.name);
+    std::string error;
+    if (!removeEarlier(target, outputDir, error))
+    {
+        KORVAN_LOG(1, kSource) << error;
+    }
+    KORVAN_LOG(2, kSource) << "not started: interrupted by the user";
+    return KorvanResult(kInterrupted);
+}
+
+const nova::ServerInfo* current()
+{
+    return currentServer();
+}
+} // namespace target_task

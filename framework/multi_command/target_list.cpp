@@ -1,0 +1,212 @@
+#include "multi_command/target_list.h"
+
+#include "files/files.h"
+#include "multi_command/target_address.h"
+#include "option_names.h"
+#include "text/text.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <array>
+#include <set>
+
+namespace
+{
+using Json = nlohmann::json;
+
+constexpr std::size_t kLargestFile = std::size_t{4} << 20U;
+constexpr std::uint32_t kMissingFile = 6;
+constexpr std::uint32_t kInvalidFile = 7;
+
+constexpr char kTargets[] = "targets";
+constexpr char kKind[] = "kind";
+constexpr char kAddress[] = "address";
+constexpr char kUser[] = "user";
+constexpr char kPassword[] = "password";
+
+// The library's own texts are not used: they quote what was read last, which may be a password.
+struct ListError
+{
+    std::string reason;
+};
+
+bool isKind(const std::string& kind)
+{
+    static constexpr std::array<const char*, 6> kKinds = {option::kBmc, option::kPmx, option::kEsxi,
+                                                          option::kCmm, option::kSmm, option::kLocal};
+    return std::find(kKinds.begin(), kKinds.end(), kind) != kKinds.end();
+}
+
+std::string lineOf(const std::string& content, std::size_t position)
+{
+    const auto end = content.begin() + static_cast<std::ptrdiff_t>(std::min(position, content.size()));
+    return std::to_string(1 + std::count(content.begin(), end, '\n'));
+}
+
+Json parse(const std::string& content)
+{
+    std::vector<std::set<std::string>> keys;
+    std::string repeated;
+    // Of a key that stands twice the library would silently keep the last.
+    const auto watch = [&keys, &repeated](int, Json::parse_event_t event, const Json& value)
+    {
+        if (event == Json::parse_event_t::object_start)
+        {
+            keys.emplace_back();
+        }
+        else if (event == Json::parse_event_t::object_end)
+        {
+            keys.pop_back();
+        }
+        else if (event == Json::parse_event_t::key && !keys.back().insert(value.get<std::string>()).second)
+        {
+            repeated = value.get<std::string>();
+        }
+        return true;
+    };
+    try
+    {
+        Json document = Json::parse(content, watch);
+        if (!repeated.empty())
+        {
+            throw ListError{"the key \"" + text::visible(repeated) + "\" stands twice in one object"};
+        }
+        return document;
+    }
+    catch (const Json::parse_error& failure)
+    {
+        throw ListError{"line " + lineOf(content, failure.byte == 0 ? 0 : failure.byte - 1) + ": not valid JSON"};
+    }
+}
+
+void checkKeys(const Json& object, const std::vector<std::string>& known, const std::string& where)
+{
+    for (const auto& item : object.items())
+    {
+        if (std::find(known.begin(), known.end(), item.key()) == known.end())
+        {
+            throw ListError{where + "unknown key \"" + text::visible(item.key()) + "\"; known are " +
+                            text::join(known, ", ")};
+        }
+    }
+}
+
+std::string textOf(const Json& entry, const char* key, const std::string& where)
+{
+    const auto found = entry.find(key);
+    if (found == entry.end())
+    {
+        return std::string();
+    }
+    if (!found->is_string())
+    {
+        throw ListError{where + "\"" + key + "\" must be a text"};
+    }
+    return found->get<std::string>();
+}
+
+void takeAddress(const Json& entry, const std::string& where, nova::ServerInfo& server)
+{
+    if (server.option == option::kLocal)
+    {
+        if (entry.contains(kAddress))
+        {
+            throw ListError{where + "a local target has no \"address\""};
+        }
+        server.host = "localhost";
+        return;
+    }
+    const std::string value = textOf(entry, kAddress, where);
+    if (value.empty())
+    {
+        throw ListError{where + "\"address\" is missing"};
+    }
+    if (value.find('@') != std::string::npos)
+    {
+        throw ListError{where + "user and password have keys of their own; the address holds host and port only"};
+    }
+    multi_command::TargetAddress address;
+    std::string reason;
+    if (!multi_command::parseTargetAddress(value, address, reason))
+    {
+        throw ListError{where + reason};
+    }
+    server.host = address.host;
+    server.port = address.port;
+    server.scheme = address.scheme;
+}
+
+nova::ServerInfo serverOf(const Json& entry, const std::string& where)
+{
+    if (!entry.is_object())
+    {
+        throw ListError{where + "must be an object"};
+    }
+    checkKeys(entry, {kKind, kAddress, kUser, kPassword}, where);
+    nova::ServerInfo server;
+    server.option = textOf(entry, kKind, where);
+    if (!isKind(server.option))
+    {
+        throw ListError{where + "\"kind\" must be bmc, pmx, esxi, cmm, smm or local"};
+    }
+    takeAddress(entry, where, server);
+    server.user = textOf(entry, kUser, where);
+    server.password = textOf(entry, kPassword, where);
+    if (!multi_command::isValidUser(server.user))
+    {
+        throw ListError{where + "\"user\" holds a ':', a blank or a control character"};
+    }
+    if (!multi_command::isValidPassword(server.password))
+    {
+        throw ListError{where + "\"password\" holds a control character"};
+    }
+    return server;
+}
+
+std::vector<nova::ServerInfo> serversOf(const std::string& content)
+{
+    const Json document = parse(content);
+    if (!document.is_object() || !document.contains(kTargets) || !document[kTargets].is_array())
+    {
+        throw ListError{"the file must be an object with a list \"targets\""};
+    }
+    checkKeys(document, {kTargets}, "");
+    std::vector<nova::ServerInfo> servers;
+    for (const Json& entry : document[kTargets])
+    {
+        servers.push_back(serverOf(entry, "target " + std::to_string(servers.size() + 1) + ": "));
+    }
+    return servers;
+}
+} // namespace
+
+namespace multi_command
+{
+KorvanResult readTargetList(const std::string& path, std::vector<nova::ServerInfo>& servers)
+{
+    const std::string name = "target list " + text::visible(path) + ": ";
+    std::string content;
+    switch (files::read(path, kLargestFile, content))
+    {
+    case files::ReadOutcome::Missing:
+        return KorvanResult(kMissingFile, name + "there is no such file");
+    case files::ReadOutcome::Unreadable:
+        return KorvanResult(kInvalidFile, name + "cannot be read, or is no regular file");
+    case files::ReadOutcome::TooLarge:
+        return KorvanResult(kInvalidFile, name + "is larger than " + std::to_string(kLargestFile) + " bytes");
+    case files::ReadOutcome::Ok:
+        break;
+    }
+    try
+    {
+        const std::vector<nova::ServerInfo> read = serversOf(content);
+        servers.insert(servers.end(), read.begin(), read.end());
+    }
+    catch (const ListError& failure)
+    {
+        return KorvanResult(kInvalidFile, name + failure.reason);
+    }
+    return KorvanResult();
+}
+} // namespace multi_command

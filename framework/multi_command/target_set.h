@@ -1,0 +1,22 @@
+#pragma once
+
+#include "korvan_result.h"
+#include "nova/server_info.h"
+#include "user_context.h"
+
+#include <string>
+#include <vector>
+
+namespace multi_command
+{
+struct Target
+{
+    nova::ServerInfo server;
+    std::string name; // target_name.h; no two of a set have the same
+};
+
+// Collects the targets of a command line: the options "bmc", "pmx", "esxi", "cmm" and "smm", each a list of addresses
+// separated by commas, then the target list named by "config". "bmc-username" and "bmc-password" fill in what an address
+// does not give. Code 5 for a wrong option or a target named twice, 6 and 7 for the list; then `targets` is left alone.
+KorvanResult buildTargetSet(const UserContext& context, std::vector<Target>& targets);
+} // namespace multi_command
