@@ -1,0 +1,94 @@
+#include "compare_options.h"
+
+#include "option_names.h"
+
+namespace
+{
+constexpr char kTargets[] = "Targets";
+constexpr char kScan[] = "Scan";
+constexpr char kQuery[] = "Query";
+constexpr char kCompare[] = "Compare";
+constexpr char kRun[] = "Run and report";
+constexpr char kLegacy[] = "Legacy hand-over";
+constexpr char kAddresses[] = "ADDRESS[,...]";
+constexpr char kIds[] = "ID[,...]";
+
+using Form = OptionForm;
+} // namespace
+
+const std::vector<OptionDescription>& compareOptions()
+{
+    static const std::vector<OptionDescription> options = {
+        {option::kBmc, Form::List, kTargets, kAddresses,
+         "Management controllers of servers, each [https://|http://][user[:password]@]host[:port], IPv6 in brackets."},
+        {option::kPmx, Form::List, kTargets, kAddresses,
+         "Management controllers of the PMX kind, written as for --bmc."},
+        {option::kEsxi, Form::List, kTargets, kAddresses, "ESXi hosts, written as for --bmc."},
+        {option::kCmm, Form::List, kTargets, kAddresses, "Chassis management modules, written as for --bmc."},
+        {option::kSmm, Form::List, kTargets, kAddresses, "System management modules, written as for --bmc."},
+        {option::kConfig, Form::Value, kTargets, "FILE",
+         "A JSON file that lists further targets with their users and passwords."},
+        {option::kBmcUsername, Form::Value, kTargets, "USER", "The user for targets that name none."},
+        {option::kBmcPassword, Form::Value, kTargets, "PASSWORD",
+         "The password for targets that name none; other users of this system may see it, --config hides it."},
+        {option::kBmcCimPort, Form::Value, kTargets, "PORT", "The port of the controllers' CIM service."},
+        {option::kNeverCheckTrust, Form::Flag, kTargets, "",
+         "Accepts any certificate; without it an untrusted one fails the target."},
+        {option::kCaCert, Form::Value, kTargets, "FILE",
+         "A PEM file of the certificates to trust instead of the system's."},
+
+        {option::kNoScan, Form::Flag, kScan, "",
+         "Scans nothing; --mt, --ostype and --osarch then say what to query for."},
+        {option::kScanXml, Form::Value, kScan, "FILE",
+         "Takes the inventory from an earlier scan's report instead of scanning."},
+        {option::kType, Form::Value, kScan, "TYPE[,...]",
+         "Kinds of updates to look at: fw (firmware), dd (drivers), sw (software), mm, or all."},
+        {option::kCheckDevice, Form::Flag, kScan, "",
+         "Checks the devices themselves for what they hold, which takes longer."},
+        {option::kIoBay, Form::Value, kScan, "NUMBER", "The I/O bay of the chassis to scan."},
+
+        {option::kDir, Form::Value, kQuery, "DIR",
+         "The repository: the folder that holds the update packages; without it the working directory."},
+        {option::kMt, Form::Value, kQuery, "TYPE", "The machine type to query for when there is no scan."},
+        {option::kOsType, Form::Value, kQuery, "OS",
+         "The operating system to query for; 'korvan list os' shows the names."},
+        {option::kOsArch, Form::Value, kQuery, "ARCH",
+         "The architecture to query for; 'korvan list arch' shows the names."},
+        {option::kScope, Form::Value, kQuery, "SCOPE",
+         "Which packages: latest, velpak (an update pack) or individual."},
+        {option::kIncludeId, Form::Value, kQuery, kIds, "Update ids to take; individual asks for them."},
+        {option::kExcludeId, Form::Value, kQuery, kIds, "Update ids to leave out."},
+        {option::kForceId, Form::Value, kQuery, kIds, "Update ids to select whatever is installed, or all."},
+        {option::kNoReq, Form::Flag, kQuery, "", "Leaves out the packages that others require."},
+        {option::kIgnoreMtOsCheck, Form::Flag, kQuery, "",
+         "Takes packages without checking that they are for the machine type and system."},
+        {option::kQueryXml, Form::Value, kQuery, "FILE",
+         "Takes the packages from an earlier query's report instead of querying."},
+        {option::kBackup, Form::Flag, kQuery, "",
+         "Looks at the backup bank of the firmware instead of the primary one."},
+
+        {option::kPsu, Form::Value, kCompare, "SLOT[,...]",
+         "Power supplies to compare, by slot, or all; without it all."},
+        {option::kNoSupersede, Form::Flag, kCompare, "", "Keeps packages that a newer one supersedes."},
+        {option::kAllDriver, Form::Flag, kCompare, "", "Selects drivers also for devices that were not detected."},
+
+        {option::kPattern, Form::Value, kRun, "REGEX",
+         "Prints one table over all targets with the rows that match (a regular expression, letter case ignored), and "
+         "writes it as JSON."},
+        {option::kOutput, Form::Value, kRun, "DIR",
+         "The folder for reports and log; without it a new one, logs/Korvan-<date>-<time>."},
+        {option::kLog, Form::Number, kRun, "LEVEL",
+         "How much the log holds: 1 errors, 2 warnings, 3 information (the default), 4 everything.", 1, 4},
+        {option::kVerbose, Form::Flag, kRun, "", "Adds to the tables the columns that explain each decision."},
+        {option::kParallel, Form::Number, kRun, "COUNT", "Targets worked on at once, 1 to 256; 16 without it.", 1, 256},
+        {option::kConnectTimeout, Form::Number, kRun, "SECONDS",
+         "Seconds until a connection must stand, 1 to 3600; 20 without it.", 1, 3600},
+        {option::kTargetTimeout, Form::Number, kRun, "SECONDS",
+         "Seconds that one target may take in all, 1 to 86400; 900 without it.", 1, 86400},
+
+        {option::kTarn, Form::Flag, kLegacy, "",
+         "Treats no target as a legacy system, so that nothing is handed over."},
+        {option::kXml, Form::Flag, kLegacy, "", "Asks the legacy installer tool for XML output."},
+    };
+    return options;
+}

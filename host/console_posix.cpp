@@ -1,0 +1,11 @@
+#include "console.h"
+
+#include <unistd.h>
+
+namespace console
+{
+bool inputIsTerminal()
+{
+    return ::isatty(STDIN_FILENO) == 1;
+}
+} // namespace console

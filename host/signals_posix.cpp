@@ -1,0 +1,49 @@
+#include "signals.h"
+
+#include "interrupt.h"
+
+#include <atomic>
+#include <csignal>
+#include <unistd.h>
+
+namespace
+{
+constexpr int kEndedByInterrupt = 130;
+std::atomic<bool> interruptSeen{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may only touch lock-free atomics");
+
+extern "C" void handleInterrupt(int /*signal*/)
+{
+    if (interruptSeen.exchange(true))
+    {
+        ::_exit(kEndedByInterrupt);
+    }
+    interrupt::request();
+}
+
+extern "C" void handleTermination(int /*signal*/)
+{
+    interrupt::request();
+}
+
+void handle(int signal, void (*handler)(int))
+{
+    struct sigaction action
+    {
+    };
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    ::sigemptyset(&action.sa_mask);
+    ::sigaction(signal, &action, nullptr);
+}
+} // namespace
+
+namespace signals
+{
+void install()
+{
+    handle(SIGINT, handleInterrupt);
+    handle(SIGTERM, handleTermination);
+    handle(SIGPIPE, SIG_IGN);
+}
+} // namespace signals
