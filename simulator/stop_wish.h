@@ -1,0 +1,12 @@
+#pragma once
+
+#include <boost/asio/io_context.hpp>
+
+#include <functional>
+
+namespace simulator
+{
+// Calls `ended` in the loop once the standard input is at its end, which is when a parent that holds the other end
+// has gone. What arrives before is thrown away.
+void watchStandardInput(boost::asio::io_context& loop, std::function<void()> ended);
+} // namespace simulator
