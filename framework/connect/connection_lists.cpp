@@ -1,0 +1,80 @@
+#include "korvan_connect.h"
+#include "option_names.h"
+#include "redfish/client.h"
+#include "redfish/service_reader.h"
+#include "result_codes.h"
+#include "xmodule_log.h"
+
+using XModule::XModuleConnection::ConnectionInfo;
+using XModule::XModuleConnection::Protocol;
+
+namespace
+{
+constexpr char kSource[] = "framework/connect/connection_lists";
+
+KorvanResult notLocal(const std::string& protocol)
+{
+    return KorvanResult(result_code::kFunctionNotSupportedTargetSystem,
+                        "localhost: the local system is not reached over " + protocol +
+                            "; name its management controller with --bmc.");
+}
+
+// Fills the option of a target that is reached over the network.
+KorvanResult remoteOption(const UserContext& context, const std::string& protocol, ConnectOption& option)
+{
+    const KorvanResult result = ConvertUserContextToConnectOption(context, option);
+    if (!result.succeeded())
+    {
+        return result;
+    }
+    return option.kind == option::kLocal ? notLocal(protocol) : KorvanResult();
+}
+
+KorvanResult unavailable(const UserContext& context, const std::string& protocol, std::uint32_t code)
+{
+    ConnectOption option;
+    const KorvanResult result = remoteOption(context, protocol, option);
+    if (!result.succeeded())
+    {
+        return result;
+    }
+    return KorvanResult(code, redfish::targetName(option) + ": " + protocol +
+                                  " connections are not available in this version; switch on the Redfish service of "
+                                  "the controller.");
+}
+} // namespace
+
+KorvanResult GetRESTConnectionList(const UserContext& context, std::vector<ConnectionInfo>& connections)
+{
+    ConnectionInfo info;
+    info.protocol = Protocol::Rest;
+    KorvanResult result = remoteOption(context, "REST", info.option);
+    if (!result.succeeded())
+    {
+        return result;
+    }
+    redfish::Client client(info.option);
+    redfish::ServiceRoot root;
+    result = redfish::openService(client, root);
+    if (result.succeeded())
+    {
+        result = redfish::checkLogin(client, root);
+    }
+    if (!result.succeeded())
+    {
+        KORVAN_LOG(2, kSource) << result.messageText();
+        return result;
+    }
+    connections.push_back(info);
+    return result;
+}
+
+KorvanResult FetchCIMConnectionList(const UserContext& context, std::vector<ConnectionInfo>& /*connections*/)
+{
+    return unavailable(context, "CIM", result_code::kNoCimService);
+}
+
+KorvanResult FetchIPMIConnectionList(const UserContext& context, std::vector<ConnectionInfo>& /*connections*/)
+{
+    return unavailable(context, "IPMI", result_code::kIpmiSessionFailed);
+}

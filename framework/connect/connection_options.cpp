@@ -1,0 +1,79 @@
+#include "connect/connection_options.h"
+
+#include "korvan_connect.h"
+#include "multi_command/target_address.h"
+#include "nova/server_info.h"
+#include "option_names.h"
+#include "result_codes.h"
+
+#include <algorithm>
+
+namespace connect
+{
+std::string connectionOption(const UserContext& context)
+{
+    for (const char* name : {option::kLocal, option::kBmc, option::kPmx, option::kEsxi, option::kCmm, option::kSmm})
+    {
+        if (HasOption(context, name))
+        {
+            return name;
+        }
+    }
+    return std::string();
+}
+} // namespace connect
+
+namespace
+{
+void fillLogin(const UserContext& context, const multi_command::TargetAddress& address, ConnectOption& option)
+{
+    const bool named = !address.user.empty();
+    option.user = named ? address.user : GetOption(context, option::kBmcUsername, "");
+    // A password of the options belongs to the user of the options, or completes an address without one.
+    option.password = address.password.empty() ? GetOption(context, option::kBmcPassword, "") : address.password;
+}
+
+std::string urlOf(const ConnectOption& option)
+{
+    nova::ServerInfo server;
+    server.option = option.kind;
+    server.user = option.user;
+    server.password = option.password;
+    server.host = option.host;
+    server.port = option.port;
+    server.scheme = option.scheme;
+    return nova::make_url(server);
+}
+} // namespace
+
+KorvanResult ConvertUserContextToConnectOption(const UserContext& context, ConnectOption& option)
+{
+    ConnectOption filled;
+    const std::string kind = connect::connectionOption(context);
+    filled.kind = kind.empty() ? option::kLocal : kind;
+    filled.caCert = GetOption(context, option::kCaCert, "");
+    filled.checkTrust = !HasOption(context, option::kNeverCheckTrust);
+    filled.connectTimeout = std::chrono::seconds(std::max(1, context.connectTimeout));
+    filled.targetTimeout = std::chrono::seconds(std::max(1, context.targetTimeout));
+    if (filled.kind == option::kLocal)
+    {
+        filled.address = GetOption(context, option::kLocal, "");
+        filled.host = "localhost";
+        option = filled;
+        return KorvanResult();
+    }
+    multi_command::TargetAddress address;
+    std::string reason;
+    if (!multi_command::parseTargetAddress(GetOption(context, kind, ""), address, reason))
+    {
+        option = filled;
+        return KorvanResult(result_code::kInvalidAddress, "--" + kind + ": " + reason);
+    }
+    filled.scheme = address.scheme.empty() ? "https" : address.scheme;
+    filled.host = address.host;
+    filled.port = address.port;
+    fillLogin(context, address, filled);
+    filled.address = urlOf(filled);
+    option = filled;
+    return KorvanResult();
+}

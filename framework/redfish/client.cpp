@@ -1,0 +1,351 @@
+#include "redfish/client.h"
+
+#include "interrupt.h"
+#include "redfish/curl_transport.h"
+#include "redfish/failure.h"
+#include "redfish/json.h"
+#include "redfish/session.h"
+#include "text/text.h"
+#include "xmodule_log.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <thread>
+
+namespace redfish
+{
+namespace
+{
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr char kSource[] = "framework/redfish/client";
+constexpr std::size_t kLongestPath = 4096;
+constexpr milliseconds kWaitStep{50};
+constexpr milliseconds kFarewellTime{5000}; // for deleting the session, beyond the target's limit
+constexpr int kStrikes = 2;                 // transport failures in a row after which the target is given up
+constexpr int kMostSessions = 3;            // logins of one client, when the service keeps ending its sessions
+
+bool isRedirect(int status)
+{
+    return status == 301 || status == 302 || status == 307 || status == 308;
+}
+
+bool isBusy(int status)
+{
+    return status == 429 || status == 502 || status == 503 || status == 504;
+}
+
+// Failures that asking for another resource does not cure.
+bool isFinal(Fault fault)
+{
+    return fault == Fault::Interrupted || fault == Fault::Certificate || fault == Fault::Login ||
+           fault == Fault::PasswordChange;
+}
+} // namespace
+
+struct Client::State
+{
+    State(const ConnectOption& connectOption, const ClientLimits& clientLimits, std::unique_ptr<Transport> wire)
+        : option(connectOption), limits(clientLimits), transport(std::move(wire)), target(targetName(connectOption))
+    {
+    }
+
+    milliseconds remaining();
+    bool waitFor(milliseconds time);
+    Exchange send(Request request);
+    Exchange sendFollowing(Request request);
+    Exchange sendLoggedIn(Request request);
+    bool logIn(Exchange& refusal);
+    bool retryAfter(const Exchange& answer, int attempt, Request& request);
+    Reply replyTo(const Exchange& answer, const std::string& stage) const;
+    Reply get(const std::string& path, const std::string& stage, std::string& body);
+    void judge(const Reply& reply);
+
+    ConnectOption option;
+    ClientLimits limits;
+    std::unique_ptr<Transport> transport;
+    std::string target;
+    std::string sessionsPath;
+    Session session;
+    int sessionsOpened = 0;
+    bool started = false;
+    bool answered = false; // the service has answered at least once
+    bool ranOut = false;   // the target's time limit, not one request's
+    int strikes = 0;
+    Clock::time_point deadline;
+    Reply final; // not ok: the client is of no more use
+};
+
+milliseconds Client::State::remaining()
+{
+    const auto now = Clock::now();
+    if (!started)
+    {
+        started = true;
+        deadline = now + option.targetTimeout;
+    }
+    return std::max(milliseconds(0), std::chrono::duration_cast<milliseconds>(deadline - now));
+}
+
+bool Client::State::waitFor(milliseconds time)
+{
+    const auto end = Clock::now() + time;
+    while (Clock::now() < end)
+    {
+        if (interrupt::requested())
+        {
+            return false;
+        }
+        const auto left = std::chrono::duration_cast<milliseconds>(end - Clock::now());
+        std::this_thread::sleep_for(std::min(kWaitStep, std::max(left, milliseconds(1))));
+    }
+    return true;
+}
+
+Exchange Client::State::send(Request request)
+{
+    const bool farewell = request.interruptUse == InterruptUse::Ignore;
+    const milliseconds left = farewell ? kFarewellTime : remaining();
+    request.timeLimit = std::min(left, limits.requestTime);
+    request.connectLimit = std::min(request.timeLimit, milliseconds(option.connectTimeout));
+    Exchange answer;
+    if (left.count() == 0)
+    {
+        answer.fault = TransportFault::TimeLimit;
+    }
+    else
+    {
+        answer = transport->perform(request);
+    }
+    answered = answered || answer.fault == TransportFault::None;
+    ranOut = ranOut || (answer.fault == TransportFault::TimeLimit && !farewell && remaining().count() == 0);
+    KORVAN_LOG(4, kSource) << target << ": " << request.method << " " << request.path << " " << answer.status << " "
+                           << answer.duration.count() << " ms" << (answer.detail.empty() ? "" : " ") << answer.detail;
+    return answer;
+}
+
+Exchange Client::State::sendFollowing(Request request)
+{
+    Exchange answer = send(request);
+    for (int hop = 0; hop < limits.redirects; ++hop)
+    {
+        if (answer.fault != TransportFault::None || !isRedirect(answer.status) || answer.location.empty())
+        {
+            break;
+        }
+        request.path = answer.location;
+        answer = send(request);
+    }
+    return answer;
+}
+
+bool Client::State::logIn(Exchange& refusal)
+{
+    // A service that offers Basic has refused the login itself; asking again elsewhere would count against the account.
+    const bool basicOffered = !session.active() && refusal.authenticate.find("basic") != std::string::npos;
+    if (sessionsPath.empty() || option.user.empty() || basicOffered || sessionsOpened >= kMostSessions)
+    {
+        return false;
+    }
+    ++sessionsOpened;
+    session.forget();
+    const Exchange answer = session.open(sessionsPath, option, [this](Request next) { return sendFollowing(next); });
+    if (!session.active())
+    {
+        const bool telling = answer.fault != TransportFault::None || answer.status == 401 || answer.status == 403 ||
+                             isBusy(answer.status);
+        refusal = telling ? answer : refusal;
+        return false;
+    }
+    KORVAN_LOG(3, kSource) << target << ": logged in with a session";
+    return true;
+}
+
+Exchange Client::State::sendLoggedIn(Request request)
+{
+    const auto withLogin = [this](Request bare)
+    {
+        bare.login = session.active() ? Login::Token : (option.user.empty() ? Login::None : Login::Basic);
+        bare.token = session.token();
+        return bare;
+    };
+    Exchange answer = sendFollowing(withLogin(request));
+    if (answer.fault == TransportFault::None && answer.status == 401 && logIn(answer))
+    {
+        answer = sendFollowing(withLogin(request));
+    }
+    return answer;
+}
+
+// Decides whether the request is worth another try, and waits for its time.
+bool Client::State::retryAfter(const Exchange& answer, int attempt, Request& request)
+{
+    const bool cut = answer.fault == TransportFault::Cut;
+    // A service that never answered is not there; one that did may be restarting.
+    const bool gone = answer.fault == TransportFault::Unreachable && answered;
+    const bool busy = answer.fault == TransportFault::None && isBusy(answer.status);
+    if (attempt >= limits.retries || !(cut || gone || busy))
+    {
+        return false;
+    }
+    request.connectionUse = ConnectionUse::Fresh;
+    if (cut && answer.reusedConnection)
+    {
+        return true; // the service had closed the kept-alive connection
+    }
+    milliseconds wait = limits.backOff * (1 << std::min(attempt, 10));
+    if (busy && answer.retryAfter.count() > 0)
+    {
+        wait = answer.retryAfter;
+    }
+    wait = std::min(wait, limits.longestWait);
+    if (wait >= remaining())
+    {
+        return false;
+    }
+    KORVAN_LOG(3, kSource) << target << ": trying again in " << wait.count() << " ms";
+    return waitFor(wait);
+}
+
+Reply Client::State::replyTo(const Exchange& answer, const std::string& stage) const
+{
+    if (answer.fault == TransportFault::TimeLimit && ranOut)
+    {
+        return deadlineFailure(target, stage);
+    }
+    if (answer.fault != TransportFault::None)
+    {
+        return transportFailure(answer, target, stage, option.caCert);
+    }
+    if (isRedirect(answer.status))
+    {
+        return redirectFailure(answer, target, stage);
+    }
+    if (answer.status < 200 || answer.status > 299)
+    {
+        return statusFailure(answer, target, stage);
+    }
+    Reply reply;
+    reply.status = answer.status;
+    return reply;
+}
+
+Reply Client::State::get(const std::string& path, const std::string& stage, std::string& body)
+{
+    Request request;
+    request.path = path;
+    Exchange answer;
+    for (int attempt = 0;; ++attempt)
+    {
+        if (interrupt::requested())
+        {
+            return interruptedFailure(target, stage);
+        }
+        answer = sendLoggedIn(request);
+        if (!retryAfter(answer, attempt, request))
+        {
+            break;
+        }
+    }
+    if (interrupt::requested() && (answer.fault != TransportFault::None || isBusy(answer.status)))
+    {
+        return interruptedFailure(target, stage);
+    }
+    body = std::move(answer.body);
+    answer.body.clear();
+    Exchange described = answer;
+    described.body = answer.fault == TransportFault::None && answer.status >= 400 ? body : std::string();
+    return replyTo(described, stage);
+}
+
+void Client::State::judge(const Reply& reply)
+{
+    const bool lost = reply.fault == Fault::TimeLimit || reply.fault == Fault::Unreachable;
+    strikes = lost ? strikes + 1 : 0;
+    if (isFinal(reply.fault) || (lost && (ranOut || !answered || strikes >= kStrikes)))
+    {
+        final = reply;
+    }
+}
+
+Client::Client(const ConnectOption& option, const ClientLimits& limits)
+    : Client(option, limits, std::make_unique<CurlTransport>(option, limits.largestBody))
+{
+}
+
+Client::Client(const ConnectOption& option, const ClientLimits& limits, std::unique_ptr<Transport> transport)
+    : state_(std::make_unique<State>(option, limits, std::move(transport)))
+{
+}
+
+Client::~Client()
+{
+    state_->session.close(state_->target, [this](Request request) { return state_->send(request); });
+}
+
+Reply Client::getJson(const std::string& path, nlohmann::json& document)
+{
+    document = nullptr;
+    if (!state_->final.ok())
+    {
+        return state_->final;
+    }
+    const std::string stage = "reading " + path.substr(0, 200);
+    const std::string wanted = requestPath(path);
+    if (wanted.empty())
+    {
+        return unreadableFailure("it links to what is no path on this service", state_->target, stage);
+    }
+    std::string body;
+    Reply reply = state_->get(wanted, stage, body);
+    state_->judge(reply);
+    std::string reason;
+    if (reply.ok() && !parseJson(body, document, reason))
+    {
+        return unreadableFailure(reason, state_->target, stage);
+    }
+    return reply;
+}
+
+void Client::offerSessions(const std::string& sessionsPath)
+{
+    state_->sessionsPath = requestPath(sessionsPath);
+}
+
+bool Client::usable() const
+{
+    return state_->final.ok();
+}
+
+const std::string& Client::target() const
+{
+    return state_->target;
+}
+
+std::string targetName(const ConnectOption& option)
+{
+    const std::string host = option.host.find(':') == std::string::npos ? option.host : "[" + option.host + "]";
+    return option.port == 0 ? host : host + ":" + std::to_string(option.port);
+}
+
+std::string requestPath(const std::string& link)
+{
+    const std::string path = link.substr(0, link.find('#'));
+    if (path.empty() || path.front() != '/' || path.size() > kLongestPath)
+    {
+        return std::string();
+    }
+    std::string encoded;
+    for (const char character : path)
+    {
+        if (static_cast<unsigned char>(character) < 0x20 || character == 0x7F || character == '\\')
+        {
+            return std::string();
+        }
+        encoded += character == ' ' ? std::string("%20") : std::string(1, character);
+    }
+    return encoded;
+}
+} // namespace redfish

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace redfish
+{
+// How one request proves who asks.
+enum class Login
+{
+    None,
+    Basic,
+    Token,
+};
+
+enum class InterruptUse
+{
+    Abort,  // a requested interrupt ends the exchange
+    Ignore, // the exchange runs on to its time limit, for cleaning up
+};
+
+enum class ConnectionUse
+{
+    Reuse,
+    Fresh,
+};
+
+struct Request
+{
+    std::string method = "GET"; // "GET", "POST" or "DELETE"
+    std::string path;           // absolute path on the service, with its query
+    std::string body;           // JSON; may hold a password
+    Login login = Login::None;
+    std::string token; // for Login::Token
+    std::chrono::milliseconds connectLimit{0};
+    std::chrono::milliseconds timeLimit{0};
+    InterruptUse interruptUse = InterruptUse::Abort;
+    ConnectionUse connectionUse = ConnectionUse::Reuse;
+};
+
+enum class TransportFault
+{
+    None,
+    Interrupted,
+    TimeLimit,
+    NameNotFound,
+    Unreachable,
+    Certificate, // the service's certificate was refused
+    CaFile,      // the file to verify against cannot be used
+    Tls,
+    Cut, // the connection ended before the answer was whole
+    TooLarge,
+    Malformed, // no HTTP answer, or one that cannot be decoded
+};
+
+// What came back. `fault` None means that a whole HTTP answer arrived, whatever its status.
+struct Exchange
+{
+    TransportFault fault = TransportFault::None;
+    std::string detail; // the library's words for the fault
+    int status = 0;
+    std::string body;
+    std::string location;        // path on the same service; empty when there is none or it leads elsewhere
+    bool leadsElsewhere = false; // a Location of another host, port or scheme
+    std::string token;           // X-Auth-Token
+    std::string authenticate;    // WWW-Authenticate, lower case
+    std::chrono::seconds retryAfter{0};
+    bool reusedConnection = false;
+    std::chrono::milliseconds duration{0};
+};
+
+// One HTTP exchange with one service; redirects are reported, never followed. Used by one thread at a time.
+class Transport
+{
+  public:
+    virtual ~Transport() = default;
+
+    virtual Exchange perform(const Request& request) = 0;
+};
+} // namespace redfish

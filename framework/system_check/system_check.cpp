@@ -1,0 +1,96 @@
+#include "system_check.h"
+
+#include "directory/program_directory.h"
+#include "option_names.h"
+#include "redfish/client.h"
+#include "redfish/service_reader.h"
+#include "system_check/system_list.h"
+#include "text/text.h"
+#include "xmodule_log.h"
+
+namespace
+{
+constexpr char kSource[] = "framework/system_check/system_check";
+
+bool readOverRest(const ConnectOption& option, redfish::Identity& identity)
+{
+    redfish::Client client(option);
+    redfish::ServiceRoot root;
+    KorvanResult result = redfish::openService(client, root);
+    if (result.succeeded())
+    {
+        result = redfish::readIdentity(client, root, redfish::ManagerUse::Skip, identity);
+    }
+    if (!result.succeeded())
+    {
+        KORVAN_LOG(2, kSource) << result.messageText();
+    }
+    return !identity.machineType.empty();
+}
+} // namespace
+
+namespace XModule
+{
+SystemCheck::SystemCheck(const std::string& tolmarList, const std::string& amdList, const std::string& cfcList,
+                         const std::string& grantlyList)
+    : tolmarList_(tolmarList), amdList_(amdList), cfcList_(cfcList), grantlyList_(grantlyList)
+{
+}
+
+SystemCheck::SystemCheck(const std::vector<XModuleConnection::ConnectionInfo>& connections,
+                         const std::string& tolmarList, const std::string& amdList, const std::string& cfcList,
+                         const std::string& grantlyList)
+    : connections_(connections), tolmarList_(tolmarList), amdList_(amdList), cfcList_(cfcList),
+      grantlyList_(grantlyList)
+{
+}
+
+int SystemCheck::IsBlueSystem(const std::string& machineType) const
+{
+    return system_check::listHolds(tolmarList_, machineType) ? 1 : 0;
+}
+
+int SystemCheck::IsAmdSystem(const std::string& machineType) const
+{
+    return system_check::listHolds(amdList_, machineType) ? 1 : 0;
+}
+
+int SystemCheck::IsCfcSystem(const std::string& machineType) const
+{
+    return system_check::listHolds(cfcList_, machineType) ? 1 : 0;
+}
+
+SystemCheck::ErrorCode SystemCheck::GetMachineType(std::pair<std::string, std::string>& machineType) const
+{
+    bool asked = false;
+    for (const XModuleConnection::ConnectionInfo& connection : connections_)
+    {
+        if (connection.protocol != XModuleConnection::Protocol::Rest)
+        {
+            KORVAN_LOG(2, kSource) << redfish::targetName(connection.option)
+                                   << ": only REST connections can be asked for the machine type";
+            continue;
+        }
+        asked = true;
+        redfish::Identity identity;
+        if (readOverRest(connection.option, identity))
+        {
+            machineType = {identity.machineType, identity.model};
+            return kSuccess;
+        }
+    }
+    return asked ? kNoMachineType : kNoConnection;
+}
+} // namespace XModule
+
+std::string CheckMachineType::machineType(const UserContext& context)
+{
+    return text::trim(text::split(GetOption(context, option::kMt, ""), ',').front());
+}
+
+bool IsCFCSystem::check(const UserContext& context) const
+{
+    const std::string machineType = CheckMachineType::machineType(context);
+    return !machineType.empty() &&
+           system_check::listHolds(programDirectory() + "/" + system_check::kCfcList, machineType);
+}

@@ -1,0 +1,89 @@
+#include "system_check.h"
+
+#include "directory/program_directory.h"
+#include "framework/redfish/simulated_controller.h"
+#include "interrupt.h"
+#include "support/scratch_folder.h"
+#include "system_check/system_list.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+using XModule::SystemCheck;
+using XModule::XModuleConnection::ConnectionInfo;
+
+namespace
+{
+UserContext contextWithMt(const std::string& value)
+{
+    UserContext context;
+    context.options["mt"] = value;
+    return context;
+}
+} // namespace
+
+TEST(SystemList, HoldsOneMachineTypeALine)
+{
+    const test_support::ScratchFolder folder;
+    folder.write("list.txt", "# heading 7A01\n\n  7t01 # comment\r\n7T12\n");
+    EXPECT_EQ((std::set<std::string>{"7T01", "7T12"}), system_check::readSystemList(folder.path() + "/list.txt"));
+    EXPECT_TRUE(system_check::listHolds(folder.path() + "/list.txt", " 7t12"));
+    EXPECT_FALSE(system_check::listHolds(folder.path() + "/list.txt", "7A01"));
+    EXPECT_FALSE(system_check::listHolds(folder.path() + "/list.txt", ""));
+}
+
+TEST(SystemList, ThatCannotBeReadCountsAsEmpty)
+{
+    const test_support::ScratchFolder folder;
+    EXPECT_TRUE(system_check::readSystemList(folder.path() + "/none.txt").empty());
+    EXPECT_TRUE(system_check::readSystemList(folder.path()).empty());
+    folder.write("large.txt", std::string(2U * 1024U * 1024U, '\n') + "7T01\n");
+    EXPECT_TRUE(system_check::readSystemList(folder.path() + "/large.txt").empty());
+}
+
+TEST(SystemCheck, ClassifiesByTheListThatNamesTheMachineType)
+{
+    const std::string lists = std::string(KORVAN_SOURCE_DIR) + "/samples/system_lists/";
+    const SystemCheck check(lists + "Tolmar_systems_list.txt", lists + "AMD_systems_list.txt",
+                            lists + "CFC_systems_list.txt", lists + "Grantly_systems_list.txt");
+    EXPECT_EQ(1, check.IsBlueSystem("7T12"));
+    EXPECT_EQ(1, check.IsBlueSystem("7t25"));
+    EXPECT_EQ(0, check.IsBlueSystem("7Z90"));
+    EXPECT_EQ(1, check.IsAmdSystem("7Z90"));
+    EXPECT_EQ(1, check.IsCfcSystem("7C10"));
+    EXPECT_EQ(0, check.IsCfcSystem("7T12"));
+}
+
+TEST(SystemCheck, AsksTheConnectionsFirstToLast)
+{
+    interrupt::reset();
+    SimulatedController controller("node-d", R"("tls": false)");
+    ConnectionInfo dead;
+    dead.option.host = "127.0.0.1";
+    dead.option.port = freePort();
+    ConnectionInfo working;
+    working.option = controller.option();
+    std::pair<std::string, std::string> machineType;
+    EXPECT_EQ(SystemCheck::kSuccess, SystemCheck({dead, working}, "", "", "", "").GetMachineType(machineType));
+    EXPECT_EQ("7Z90", machineType.first);
+    EXPECT_EQ("Node Z90", machineType.second);
+    EXPECT_EQ(SystemCheck::kNoMachineType, SystemCheck({dead}, "", "", "", "").GetMachineType(machineType));
+    EXPECT_EQ(SystemCheck::kNoConnection, SystemCheck("", "", "", "").GetMachineType(machineType));
+}
+
+TEST(CfcSystem, IsOneWhoseStatedMachineTypeStandsInTheListBesideTheProgram)
+{
+    EXPECT_EQ("7C10", CheckMachineType::machineType(contextWithMt(" 7C10,7X20")));
+    EXPECT_EQ("", CheckMachineType::machineType(contextWithMt(",7C10")));
+    EXPECT_EQ("", CheckMachineType::machineType(UserContext()));
+    EXPECT_FALSE(IsCFCSystem().check(UserContext()));
+
+    const std::string list = programDirectory() + "/CFC_systems_list.txt";
+    std::ofstream(list) << "7C10\n";
+    EXPECT_TRUE(IsCFCSystem().check(contextWithMt("7c10,7X20")));
+    EXPECT_FALSE(IsCFCSystem().check(contextWithMt("7X20,7C10")));
+    std::filesystem::remove(list);
+    EXPECT_FALSE(IsCFCSystem().check(contextWithMt("7C10")));
+}
