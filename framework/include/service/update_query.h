@@ -69,6 +69,8 @@ struct PackageInfo
     std::string releaseDate;
     std::int32_t type = 1; // a type code
     std::vector<PackageChild> children;
+    std::string payloadSha256;     // lower-case hexadecimal; empty: not stated
+    std::uint64_t payloadSize = 0; // bytes; 0: not stated
 };
 
 // What the repository holds for one platform. A value: copies are independent.

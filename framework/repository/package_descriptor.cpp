@@ -1,0 +1,378 @@
+#include "repository/package_descriptor.h"
+
+#include "os_names.h"
+#include "repository/package_fields.h"
+#include "repository/xml_text.h"
+#include "text/text.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <stdexcept>
+
+namespace repository
+{
+namespace
+{
+constexpr std::uint32_t kUnknownCode = static_cast<std::uint32_t>(-1);
+constexpr char kVelpakElement[] = "VELPAK";
+constexpr char kAppliesToElement[] = "APPLIESTO";
+constexpr char kAny[] = "*";
+
+// A rule of the format that the file breaks. Does not leave readDescriptor.
+class FormatError : public std::runtime_error
+{
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// The file being read, for errors that name the line.
+struct Source
+{
+    const std::string& content;
+    std::vector<std::string>& warnings;
+
+    [[noreturn]] void fail(const pugi::xml_node& node, const std::string& reason) const
+    {
+        throw FormatError("line " + std::to_string(xml_text::lineOf(node, content)) + ": <" +
+                          text::visible(node.name()) + ">: " + reason);
+    }
+};
+
+std::string readText(const Source& source, const pugi::xml_node& node)
+{
+    // Character references may spell what the bytes may not hold.
+    std::string value = text::validXml(text::trim(xml_text::textOf(node)));
+    if (value.size() > kMaxTextBytes)
+    {
+        source.fail(node, "longer than " + std::to_string(kMaxTextBytes) + " bytes");
+    }
+    return value;
+}
+
+std::string readRequired(const Source& source, const pugi::xml_node& parent, const char* name)
+{
+    const pugi::xml_node node = parent.child(name);
+    std::string value = readText(source, node);
+    if (value.empty())
+    {
+        source.fail(node ? node : parent, std::string("the element ") + name + " is missing or empty");
+    }
+    return value;
+}
+
+bool isIdCharacter(char character)
+{
+    const bool letter = (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+    const bool digit = character >= '0' && character <= '9';
+    return letter || digit || std::string("._-+~()").find(character) != std::string::npos;
+}
+
+void checkId(const Source& source, const pugi::xml_node& node, const std::string& id)
+{
+    if (id.empty() || id.size() > kMaxIdBytes || !std::all_of(id.begin(), id.end(), isIdCharacter))
+    {
+        source.fail(node, "\"" + text::visible(id.substr(0, kMaxIdBytes)) +
+                              "\" is no update id (1 to 256 letters, digits and . _ - + ~ ( ) )");
+    }
+}
+
+std::string readIdList(const Source& source, const pugi::xml_node& node)
+{
+    // Lists may be long, so the limit is on their entries and not on their text.
+    const std::vector<std::string> ids = idList(xml_text::textOf(node));
+    if (ids.size() > kMaxListEntries)
+    {
+        source.fail(node, "more than " + std::to_string(kMaxListEntries) + " entries");
+    }
+    for (const std::string& id : ids)
+    {
+        checkId(source, node, id);
+    }
+    return text::join(ids, ",");
+}
+
+bool readBool(const Source& source, const pugi::xml_node& parent, const char* name, bool absent)
+{
+    const pugi::xml_node node = parent.child(name);
+    const std::string value = text::toLower(readText(source, node));
+    if (value.empty())
+    {
+        return absent;
+    }
+    if (value != "true" && value != "false")
+    {
+        source.fail(node, "neither true nor false");
+    }
+    return value == "true";
+}
+
+void addMachineType(const std::string& value, Applicability& result)
+{
+    if (value == kAny)
+    {
+        result.anyMachineType = true;
+        return;
+    }
+    result.machineTypes.push_back(text::toUpper(value));
+}
+
+void addOs(const Source& source, const pugi::xml_node& node, const std::string& value, Applicability& result)
+{
+    if (value == kAny)
+    {
+        result.anyOs = true;
+        return;
+    }
+    const std::uint32_t code = GetOsTypeCode(value);
+    if (code == kUnknownCode)
+    {
+        source.warnings.push_back("unknown operating system \"" + text::visible(value) + "\" ignored");
+        return;
+    }
+    result.systems.push_back({code, text::trim(node.attribute("minor").value())});
+}
+
+void addArch(const Source& source, const std::string& value, Applicability& result)
+{
+    if (value == kAny)
+    {
+        result.anyArch = true;
+        return;
+    }
+    const std::uint32_t code = GetOsArchCode(value);
+    if (code == kUnknownCode)
+    {
+        source.warnings.push_back("unknown architecture \"" + text::visible(value) + "\" ignored");
+        return;
+    }
+    result.archCodes.push_back(code);
+}
+
+Applicability readApplicability(const Source& source, const pugi::xml_node& root)
+{
+    const pugi::xml_node node = root.child(kAppliesToElement);
+    if (!node)
+    {
+        source.fail(root, "the element APPLIESTO is missing");
+    }
+    Applicability result;
+    std::size_t entries = 0;
+    for (const pugi::xml_node& entry : node.children())
+    {
+        const std::string name = entry.name();
+        const std::string value = readText(source, entry);
+        if (value.empty())
+        {
+            continue;
+        }
+        if (++entries > kMaxListEntries)
+        {
+            source.fail(node, "more than " + std::to_string(kMaxListEntries) + " entries");
+        }
+        if (name == "MACHINETYPE")
+        {
+            addMachineType(value, result);
+        }
+        else if (name == "OS")
+        {
+            addOs(source, entry, value, result);
+        }
+        else if (name == "ARCH")
+        {
+            addArch(source, value, result);
+        }
+    }
+    readRequired(source, node, "MACHINETYPE");
+    readRequired(source, node, "OS");
+    readRequired(source, node, "ARCH");
+    return result;
+}
+
+service::PackageChild readChild(const Source& source, const pugi::xml_node& node)
+{
+    service::PackageChild child;
+    for (const ChildTextField& field : childTextFields())
+    {
+        child.*field.member = readText(source, node.child(field.element));
+    }
+    readRequired(source, node, "SOFTWAREID");
+    readRequired(source, node, "NEWVERSION");
+    child.hexVersion = readBool(source, node, kHexVersionElement, false);
+    return child;
+}
+
+void readChildren(const Source& source, const pugi::xml_node& root, service::PackageInfo& info)
+{
+    for (const pugi::xml_node& node : root.child(kChildrenElement).children(kChildElement))
+    {
+        if (info.children.size() == kMaxChildren)
+        {
+            source.fail(node, "more than " + std::to_string(kMaxChildren) + " child updates");
+        }
+        info.children.push_back(readChild(source, node));
+    }
+    if (info.children.empty())
+    {
+        source.fail(root, "no child update; add CHILDREN with at least one CHILD");
+    }
+}
+
+bool isPlainFileName(const std::string& name)
+{
+    return name.find_first_of("/\\:") == std::string::npos && name != "." && name != "..";
+}
+
+bool isSha256(const std::string& digest)
+{
+    return digest.size() == 64 && digest.find_first_not_of("0123456789abcdef") == std::string::npos;
+}
+
+void checkPayloadOnDisk(const Source& source, const std::string& directory, const service::PackageInfo& info)
+{
+    if (info.payloadFile.empty())
+    {
+        return;
+    }
+    std::error_code error;
+    const auto size = std::filesystem::file_size(std::filesystem::path(directory) / info.payloadFile, error);
+    if (error)
+    {
+        source.warnings.push_back("the payload " + text::visible(info.payloadFile) + " is missing");
+    }
+    else if (info.payloadSize != 0 && size != info.payloadSize)
+    {
+        source.warnings.push_back("the payload " + text::visible(info.payloadFile) + " has " + std::to_string(size) +
+                                  " bytes instead of " + std::to_string(info.payloadSize));
+    }
+}
+
+void readPayload(const Source& source, const pugi::xml_node& root, const std::string& directory,
+                 service::PackageInfo& info)
+{
+    if (!isPlainFileName(info.payloadFile))
+    {
+        source.fail(root.child("PAYLOADFILE"), "must be the name of a file beside the descriptor, without a path");
+    }
+    info.payloadSha256 = text::toLower(info.payloadSha256);
+    if (!info.payloadSha256.empty() && !isSha256(info.payloadSha256))
+    {
+        source.fail(root.child("PAYLOADSHA256"), "no SHA-256 digest of 64 hexadecimal digits");
+    }
+    const pugi::xml_node sizeNode = root.child(kPayloadSizeElement);
+    const std::string size = readText(source, sizeNode);
+    if (!size.empty() && !xml_text::parseUnsigned(size, info.payloadSize))
+    {
+        source.fail(sizeNode, "no decimal number of bytes");
+    }
+    checkPayloadOnDisk(source, directory, info);
+}
+
+bool isIdListField(const std::string& element)
+{
+    return element == "REQUISITE" || element == "PREREQUISITE" || element == "COREQUISITE" || element == "SUPERSEDE";
+}
+
+Package readPackage(const Source& source, const pugi::xml_node& root, const std::string& directory,
+                    const std::string& fileName)
+{
+    Package package;
+    service::PackageInfo& info = package.info;
+    for (const PackageTextField& field : packageTextFields())
+    {
+        const pugi::xml_node node = root.child(field.element);
+        info.*field.member = isIdListField(field.element) ? readIdList(source, node) : readText(source, node);
+    }
+    checkId(source, root.child(kUpdateIdElement) ? root.child(kUpdateIdElement) : root, info.updateId);
+    readRequired(source, root, "NAME");
+    readRequired(source, root, "PKGVERSION");
+    info.packageVersion = versionPhrase(info.name, info.packageVersion);
+    const std::string type = readRequired(source, root, kTypeElement);
+    info.type = typeCode(text::toLower(type));
+    if (info.type == 0)
+    {
+        source.fail(root.child(kTypeElement), "\"" + text::visible(type) + "\" is none of fw, dd, mm, sw");
+    }
+    info.agentlessSupport = readBool(source, root, "AGENTLESSSUPPORT", true) ? "true" : "false";
+    info.packageXml = text::validXml(fileName);
+    info.velpakXml.clear();
+    readPayload(source, root, directory, info);
+    readChildren(source, root, info);
+    package.appliesTo = readApplicability(source, root);
+    return package;
+}
+
+Velpak readVelpak(const Source& source, const pugi::xml_node& root, const std::string& fileName)
+{
+    Velpak velpak;
+    velpak.id = readRequired(source, root, "ID");
+    velpak.releaseDate = readText(source, root.child("RELEASEDATE"));
+    velpak.file = text::validXml(fileName);
+    velpak.appliesTo = readApplicability(source, root);
+    std::set<std::string> seen;
+    const pugi::xml_node list = root.child("UPDATEIDS");
+    for (const pugi::xml_node& node : list.children(kUpdateIdElement))
+    {
+        const std::string id = readText(source, node);
+        checkId(source, node, id);
+        if (seen.size() == kMaxListEntries)
+        {
+            source.fail(node, "more than " + std::to_string(kMaxListEntries) + " update ids");
+        }
+        if (seen.insert(id).second)
+        {
+            velpak.updateIds.push_back(id);
+        }
+    }
+    if (velpak.updateIds.empty())
+    {
+        source.fail(root, "no update id; add UPDATEIDS with at least one UPDATEID");
+    }
+    return velpak;
+}
+
+void readRoot(const Source& source, const pugi::xml_node& root, const std::string& directory,
+              const std::string& fileName, Descriptor& result)
+{
+    const std::string name = root.name();
+    if (name == kPackageElement)
+    {
+        result.package = readPackage(source, root, directory, fileName);
+        result.kind = DescriptorKind::Package;
+    }
+    else if (name == kVelpakElement)
+    {
+        result.velpak = readVelpak(source, root, fileName);
+        result.kind = DescriptorKind::Velpak;
+    }
+    else
+    {
+        result.kind = DescriptorKind::Foreign;
+        result.error = "the root element is <" + text::visible(name) + ">, neither <PACKAGE> nor <VELPAK>";
+    }
+}
+} // namespace
+
+Descriptor readDescriptor(const std::string& directory, const std::string& fileName)
+{
+    Descriptor result;
+    pugi::xml_document document;
+    std::string content;
+    const std::string path = (std::filesystem::path(directory) / fileName).string();
+    if (xml_text::load(path, kMaxDescriptorBytes, document, content, result.error) != xml_text::LoadOutcome::Ok)
+    {
+        return result;
+    }
+    const Source source{content, result.warnings};
+    try
+    {
+        readRoot(source, document.document_element(), directory, fileName, result);
+    }
+    catch (const FormatError& error)
+    {
+        result.kind = DescriptorKind::Broken;
+        result.error = error.what();
+    }
+    return result;
+}
+} // namespace repository
