@@ -1,7 +1,5 @@
 #pragma once
 
-#include "compare_package.h"
-
 #include <map>
 #include <string>
 #include <vector>
