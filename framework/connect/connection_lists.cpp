@@ -22,7 +22,7 @@ KorvanResult notLocal(const std::string& protocol)
 // Fills the option of a target that is reached over the network.
 KorvanResult remoteOption(const UserContext& context, const std::string& protocol, ConnectOption& option)
 {
-    const KorvanResult result = ConvertUserContextToConnectOption(context, option);
+    KorvanResult result = ConvertUserContextToConnectOption(context, option);
     if (!result.succeeded())
     {
         return result;
@@ -33,7 +33,7 @@ KorvanResult remoteOption(const UserContext& context, const std::string& protoco
 KorvanResult unavailable(const UserContext& context, const std::string& protocol, std::uint32_t code)
 {
     ConnectOption option;
-    const KorvanResult result = remoteOption(context, protocol, option);
+    KorvanResult result = remoteOption(context, protocol, option);
     if (!result.succeeded())
     {
         return result;

@@ -140,11 +140,13 @@ void readDrivers(const std::string& root, service::UpdateScanReport& report)
     {
         std::string module = driver;
         std::replace(module.begin(), module.end(), '-', '_');
+        std::string versionFile = root + kModules;
+        versionFile.append(module).append("/version");
         service::ScanItem item;
         item.id = "driver-" + driver;
         item.name = driver + " network driver";
         item.softwareId = driver;
-        item.version = attribute(root + kModules + module + "/version");
+        item.version = attribute(versionFile);
         item.category = "Driver";
         item.classification = "Network";
         report.AddScanResult(item);

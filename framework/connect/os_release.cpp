@@ -37,7 +37,7 @@ std::map<std::string, std::string> assignments(const std::string& content)
 
 bool isKnown(const std::string& key)
 {
-    return GetOsTypeCode(key.c_str()) != kUnknownOs;
+    return GetOsTypeCode(key) != kUnknownOs;
 }
 } // namespace
 

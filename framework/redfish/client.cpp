@@ -56,7 +56,7 @@ struct Client::State
     bool waitFor(milliseconds time);
     Exchange send(Request request);
     Exchange sendFollowing(Request request);
-    Exchange sendLoggedIn(Request request);
+    Exchange sendLoggedIn(const Request& request);
     bool logIn(Exchange& refusal);
     bool retryAfter(const Exchange& answer, int attempt, Request& request);
     Reply replyTo(const Exchange& answer, const std::string& stage) const;
@@ -151,7 +151,8 @@ bool Client::State::logIn(Exchange& refusal)
     }
     ++sessionsOpened;
     session.forget();
-    const Exchange answer = session.open(sessionsPath, option, [this](Request next) { return sendFollowing(next); });
+    const Exchange answer =
+        session.open(sessionsPath, option, [this](const Request& next) { return sendFollowing(next); });
     if (!session.active())
     {
         const bool telling = answer.fault != TransportFault::None || answer.status == 401 || answer.status == 403 ||
@@ -163,7 +164,7 @@ bool Client::State::logIn(Exchange& refusal)
     return true;
 }
 
-Exchange Client::State::sendLoggedIn(Request request)
+Exchange Client::State::sendLoggedIn(const Request& request)
 {
     const auto withLogin = [this](Request bare)
     {
@@ -282,7 +283,7 @@ Client::Client(const ConnectOption& option, const ClientLimits& limits, std::uni
 
 Client::~Client()
 {
-    state_->session.close(state_->target, [this](Request request) { return state_->send(request); });
+    state_->session.close(state_->target, [this](const Request& request) { return state_->send(request); });
 }
 
 Reply Client::getJson(const std::string& path, nlohmann::json& document)

@@ -22,7 +22,7 @@ struct ClientLimits
     std::chrono::milliseconds longestWait{30000};  // of what a Retry-After may ask for
     int retries = 3;
     int redirects = 4;
-    std::size_t largestBody = 16U * 1024U * 1024U; // bytes, decoded
+    std::size_t largestBody = std::size_t{16} * 1024 * 1024; // bytes, decoded
 };
 
 // Asks one target's Redfish service (DMTF DSP0266).

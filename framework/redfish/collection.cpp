@@ -59,7 +59,7 @@ class CollectionReader
         const std::string query = expansion_.query();
         if (!query.empty() && path.find('?') == std::string::npos)
         {
-            const Reply reply = client_.getJson(path + query, document);
+            Reply reply = client_.getJson(path + query, document);
             if (reply.ok() || !client_.usable())
             {
                 return reply;
@@ -67,7 +67,7 @@ class CollectionReader
             KORVAN_LOG(2, kSource) << client_.target() << ": $expand is advertised but fails; members are read singly";
         }
         const bool tried = !query.empty();
-        const Reply plain = client_.getJson(path, document);
+        Reply plain = client_.getJson(path, document);
         if (tried && plain.ok())
         {
             expansion_.giveUp();

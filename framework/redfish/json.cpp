@@ -189,7 +189,7 @@ std::vector<std::string> linksOf(const nlohmann::json* references)
 
 std::string errorMessageId(const nlohmann::json& document)
 {
-    const std::string nested = firstMessageId(member(document, {"error", "@Message.ExtendedInfo"}));
+    std::string nested = firstMessageId(member(document, {"error", "@Message.ExtendedInfo"}));
     if (!nested.empty())
     {
         return nested;

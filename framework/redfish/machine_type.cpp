@@ -100,7 +100,7 @@ std::string bracketed(const std::string& value)
     for (std::size_t open = value.find('['); open != std::string::npos; open = value.find('[', open + 1))
     {
         const std::size_t close = value.find(']', open);
-        const std::string inside =
+        std::string inside =
             close == std::string::npos ? std::string() : text::trim(value.substr(open + 1, close - open - 1));
         if (isMachineType(inside))
         {
@@ -167,7 +167,7 @@ std::string machineTypeOf(const std::string& candidate)
     {
         return std::string();
     }
-    const std::string folded = text::toUpper(value);
+    std::string folded = text::toUpper(value);
     if (isMachineType(folded))
     {
         return folded;
@@ -177,12 +177,12 @@ std::string machineTypeOf(const std::string& candidate)
         return std::string();
     }
     const bool oneWord = std::all_of(value.begin(), value.end(), [](char c) { return isDigit(c) || isCapital(c); });
-    const std::string head = value.substr(0, kTypeLength);
+    std::string head = value.substr(0, kTypeLength);
     if (oneWord && value.size() == kModelCodeLength && isMachineType(head))
     {
         return head;
     }
-    const std::string inBrackets = bracketed(value);
+    std::string inBrackets = bracketed(value);
     if (!inBrackets.empty())
     {
         return inBrackets;
@@ -201,7 +201,7 @@ std::string firstMachineType(const std::vector<std::string>& candidates)
 {
     for (const std::string& candidate : candidates)
     {
-        const std::string found = machineTypeOf(candidate);
+        std::string found = machineTypeOf(candidate);
         if (!found.empty())
         {
             return found;
@@ -237,7 +237,7 @@ std::string bmcTypeOf(const nlohmann::json& manager)
     {
         for (const std::string& word : words(source))
         {
-            const std::string folded = text::toUpper(word);
+            std::string folded = text::toUpper(word);
             if (std::find(known.begin(), known.end(), folded) != known.end())
             {
                 return folded;

@@ -73,7 +73,7 @@ std::string machineTypeOfChassis(Client& client, ServiceRoot& root, const nlohma
     {
         nlohmann::json chassis;
         outcome.addUnlessMissing(client.getJson(link, chassis));
-        const std::string found = firstMachineType(chassisCandidates(chassis));
+        std::string found = firstMachineType(chassisCandidates(chassis));
         if (!found.empty())
         {
             return found;

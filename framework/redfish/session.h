@@ -14,7 +14,7 @@ class Session
 {
   public:
     // Performs one request with the time limits set; redirects are followed.
-    using Perform = std::function<Exchange(Request request)>;
+    using Perform = std::function<Exchange(const Request& request)>;
 
     // Logs in at the collection. The exchange tells why it failed; `active` says whether it worked.
     Exchange open(const std::string& collection, const ConnectOption& option, const Perform& perform);

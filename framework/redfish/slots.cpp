@@ -170,7 +170,7 @@ Slot firstOf(const nlohmann::json& device, std::initializer_list<std::initialize
     for (const auto& path : paths)
     {
         const nlohmann::json* location = member(device, path);
-        const Slot slot = location == nullptr ? Slot() : slotOfPartLocation(*location);
+        Slot slot = location == nullptr ? Slot() : slotOfPartLocation(*location);
         if (slot.known())
         {
             return slot;
@@ -240,7 +240,7 @@ Slot SlotFinder::find(const std::string& itemId, const std::vector<std::string>&
 {
     for (const std::string& link : related)
     {
-        const Slot slot = mayHaveSlot(link) ? ofLink(link, 0) : Slot();
+        Slot slot = mayHaveSlot(link) ? ofLink(link, 0) : Slot();
         if (slot.known())
         {
             return slot;
@@ -289,12 +289,12 @@ Slot SlotFinder::ofLink(const std::string& link, int depth)
 
 Slot SlotFinder::ofDevice(const nlohmann::json& device, const std::string& link, int depth)
 {
-    const Slot own = firstOf(device, {{"Slot", "Location", "PartLocation"}, {"Location", "PartLocation"}});
+    Slot own = firstOf(device, {{"Slot", "Location", "PartLocation"}, {"Location", "PartLocation"}});
     if (own.known())
     {
         return own;
     }
-    const Slot inChassis = ofChassisSlots(device, link);
+    Slot inChassis = ofChassisSlots(device, link);
     if (inChassis.known() || depth >= kDeepestFollowing)
     {
         return inChassis;
@@ -302,7 +302,7 @@ Slot SlotFinder::ofDevice(const nlohmann::json& device, const std::string& link,
     for (const std::string& target : furtherLinks(device))
     {
         const bool itself = withoutTrailingSlash(target) == withoutTrailingSlash(link);
-        const Slot slot = itself ? Slot() : ofLink(target, depth + 1);
+        Slot slot = itself ? Slot() : ofLink(target, depth + 1);
         if (slot.known())
         {
             return slot;
@@ -310,7 +310,7 @@ Slot SlotFinder::ofDevice(const nlohmann::json& device, const std::string& link,
     }
     for (const nlohmann::json* controller : controllersOf(device))
     {
-        const Slot slot = ofDevice(*controller, link, depth + 1);
+        Slot slot = ofDevice(*controller, link, depth + 1);
         if (slot.known())
         {
             return slot;
@@ -329,9 +329,9 @@ std::vector<std::string> SlotFinder::chassisOf(const nlohmann::json& device, con
     {
         return named;
     }
-    const std::vector<std::string> all = chassisCollection_.empty()
-                                             ? std::vector<std::string>()
-                                             : linksOf(member(resource(chassisCollection_), "Members"));
+    std::vector<std::string> all = chassisCollection_.empty()
+                                       ? std::vector<std::string>()
+                                       : linksOf(member(resource(chassisCollection_), "Members"));
     const std::string above = link.substr(0, part);
     if (std::find(all.begin(), all.end(), above) != all.end())
     {

@@ -181,6 +181,11 @@ TEST_F(ServiceReaderTest, ReadsMembersSinglyWhenExpandIsIgnoredOrBroken)
         EXPECT_TRUE(readItems().succeeded());
         EXPECT_EQ("A B ", ids()) << answer;
     }
+    put("/u/s", R"({"Members": []})");
+    service_.requests.clear();
+    EXPECT_TRUE(readItems().succeeded());
+    EXPECT_EQ(0U, service_.count("GET", "/u/s?$expand=*"));
+    EXPECT_EQ(1U, service_.count("GET", "/u/s"));
 }
 
 TEST_F(ServiceReaderTest, KeepsWhatWasReadWhenAPartFails)

@@ -308,17 +308,17 @@ TEST_F(ReportFiles, APropertyTreeReadsAComparisonTheSameWay)
     ASSERT_TRUE(service::SerializeCompareReport::SaveToXml(report, path("compare.xml")).succeeded());
     boost::property_tree::ptree tree;
     boost::property_tree::read_xml(path("compare.xml"), tree);
-    EXPECT_EQ(tree.get<int>("COMPARISON.CONTENT.TOTAL"), 2);
-    EXPECT_EQ(tree.get<int>("COMPARISON.CONTENT.ISPARTITION"), 1);
+    EXPECT_EQ(tree.get_child("COMPARISON.CONTENT.TOTAL").data(), "2");
+    EXPECT_EQ(tree.get_child("COMPARISON.CONTENT.ISPARTITION").data(), "1");
     const auto& packages = tree.get_child("COMPARISON.CONTENT.PACKAGES");
     ASSERT_EQ(packages.size(), 2U);
     const auto& first = packages.front().second;
     EXPECT_EQ(first.get_child("CHILDUPDATES").size(), 2U);
     EXPECT_EQ(first.get_child("UPDATEID").data(), report.packages[0].package.updateId);
-    EXPECT_EQ(first.get<int>("FLASHORDER"), 7);
+    EXPECT_EQ(first.get_child("FLASHORDER").data(), "7");
     const auto& child = first.get_child("CHILDUPDATES").front().second;
     EXPECT_EQ(child.get_child("CINSTALLED").data(), report.packages[0].children[0].installedVersion);
-    EXPECT_EQ(child.get<int>("CCOMPARERESULT"), 4);
+    EXPECT_EQ(child.get_child("CCOMPARERESULT").data(), "4");
     EXPECT_EQ(packages.back().second.get_child("CHILDUPDATES").size(), 0U);
 }
 

@@ -217,7 +217,7 @@ TEST(UpdateCompare, AnEmptyScanLeavesEverythingUndetected)
     EXPECT_THAT(decisions(compare(nothing, queried)), ElementsAre("3"));
 }
 
-TEST(UpdateCompare, OtherMachineTypesAreRefused)
+TEST(UpdateCompare, OtherMachineTypesAreRefusedWhenNothingFits)
 {
     auto queried = query({package("p", "A", "2.0")});
     queried.options.machineType = "7X20";
@@ -230,6 +230,16 @@ TEST(UpdateCompare, OtherMachineTypesAreRefused)
     EXPECT_TRUE(codeOf(scan({}), queried).succeeded());
     CompareReport report;
     EXPECT_EQ(service::ServiceUpdateCompare(CompareOptions()).RunCompare(report).code, 0x10058U);
+}
+
+TEST(UpdateCompare, AStatedMachineTypeWinsOverTheScannedOneWhenAPackageFits)
+{
+    auto queried = query({package("p", "A", "2.0")});
+    queried.options.machineType = "7X20";
+    const auto scanned = scan({item("A", "1.0")});
+    EXPECT_TRUE(codeOf(scanned, queried).succeeded());
+    EXPECT_THAT(decisions(compare(scanned, queried)), ElementsAre("selected"));
+    EXPECT_EQ(compare(scanned, queried).machineType, "7X20");
 }
 
 TEST(UpdateCompare, TheHeadNamesWhatWasAskedFor)
