@@ -18,7 +18,7 @@ class KORVAN_FRAMEWORK_EXPORT SummaryReport
     // The overall outcome; the last one pushed counts.
     void PushSummaryResult(int code, const std::string& message);
 
-    // Replaces the file. A failure is logged; the target's own result does not change by it.
+    // Replaces the file; outcomes of other services that stand in it already are kept in front. A failure is logged; the target's own result does not change by it.
     void GenerateReportFile() const;
 
   private:

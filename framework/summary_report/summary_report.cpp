@@ -9,6 +9,7 @@
 #include <pugixml.hpp>
 
 #include <cstdint>
+#include <set>
 #include <sstream>
 
 // The file, UTF-8, one element SERVICE for each service in the order in which they ran, then one SUMMARY:
@@ -31,6 +32,9 @@
 namespace
 {
 constexpr char kSource[] = "framework/summary_report/summary_report";
+constexpr char kRoot[] = "COMMONRESULT";
+constexpr char kService[] = "SERVICE";
+constexpr std::size_t kLargestFile = 1U << 20U;
 
 void appendText(pugi::xml_node parent, const char* name, const std::string& value)
 {
@@ -43,6 +47,24 @@ void appendOutcome(pugi::xml_node parent, int code, const std::string& message)
     appendText(parent, "CODE", std::to_string(result.number()));
     appendText(parent, "CATEGORY", std::to_string(result.code >> 16U));
     appendText(parent, "MESSAGE", result.messageText());
+}
+// A target's steps write one after another into the same file; an outcome stays until its own service replaces it.
+void keepEarlierOutcomes(const std::string& path, const std::set<std::string>& replaced, pugi::xml_node root)
+{
+    std::string content;
+    pugi::xml_document earlier;
+    if (files::read(path, kLargestFile, content) != files::ReadOutcome::Ok ||
+        !earlier.load_buffer(content.data(), content.size()))
+    {
+        return;
+    }
+    for (const pugi::xml_node service : earlier.child(kRoot).children(kService))
+    {
+        if (replaced.count(service.child_value("ACTION")) == 0)
+        {
+            root.append_copy(service);
+        }
+    }
 }
 } // namespace
 
@@ -65,10 +87,17 @@ void SummaryReport::GenerateReportFile() const
     pugi::xml_node declaration = document.append_child(pugi::node_declaration);
     declaration.append_attribute("version") = "1.0";
     declaration.append_attribute("encoding") = "UTF-8";
-    pugi::xml_node root = document.append_child("COMMONRESULT");
+    pugi::xml_node root = document.append_child(kRoot);
+    const std::string path = files::withoutTrailingSeparator(outputDir_) + "/" + file_name::kSummaryXml;
+    std::set<std::string> actions;
     for (const Outcome& service : services_)
     {
-        const pugi::xml_node entry = root.append_child("SERVICE");
+        actions.insert(service.action);
+    }
+    keepEarlierOutcomes(path, actions, root);
+    for (const Outcome& service : services_)
+    {
+        const pugi::xml_node entry = root.append_child(kService);
         appendText(entry, "ACTION", service.action);
         appendOutcome(entry, service.code, service.message);
     }
@@ -76,7 +105,6 @@ void SummaryReport::GenerateReportFile() const
 
     std::ostringstream content;
     document.save(content, "  ");
-    const std::string path = files::withoutTrailingSeparator(outputDir_) + "/" + file_name::kSummaryXml;
     std::string error;
     if (!files::replace(path, content.str(), error))
     {

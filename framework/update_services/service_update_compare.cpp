@@ -33,6 +33,12 @@ bool differ(const std::string& scanned, const std::string& queried)
     return !left.empty() && !right.empty() && left != right;
 }
 
+bool nothingDetected(const CompareReport& report)
+{
+    return std::all_of(report.packages.begin(), report.packages.end(),
+                       [](const ComparedPackage& package) { return package.outcome == VersionOutcome::NotDetected; });
+}
+
 void fillHead(const UpdateScanReport& scan, const QueryReport& query, CompareReport& report)
 {
     const QueryOptions& options = query.options;
@@ -69,13 +75,6 @@ KorvanResult ServiceUpdateCompare::RunCompare(CompareReport& report)
     {
         return failure(result_code::kUpdateIncompatibleReports, "There is no scan or no query to compare.");
     }
-    if (!query_->options.ignoreMtOsCheck && differ(scan_->GetMT(), query_->options.machineType))
-    {
-        return failure(result_code::kUpdateIncompatibleReports,
-                       "The scan is of machine type " + text::visible(scan_->GetMT()) + ", the query of " +
-                           text::visible(query_->options.machineType) +
-                           ". Query for the scanned machine type, or give --ignoremtoscheck.");
-    }
     using Installed = update_services::InstalledItems;
     const Installed installed(*scan_, options_.backup ? Installed::Bank::Backup : Installed::Bank::Primary);
     if (options_.backup && installed.empty() && !scan_->GetScanResults().empty())
@@ -86,6 +85,19 @@ KorvanResult ServiceUpdateCompare::RunCompare(CompareReport& report)
     report = CompareReport();
     fillHead(*scan_, *query_, report);
     report.packages = update_services::selectPackages(*query_, installed, options_);
+    if (differ(scan_->GetMT(), query_->options.machineType))
+    {
+        // A user who states a machine type knows the target better than its controller does; a saved query of another
+        // machine shows in that it fits nothing.
+        const std::string types = "The scan is of machine type " + text::visible(scan_->GetMT()) + ", the query of " +
+                                  text::visible(query_->options.machineType) + ".";
+        if (!query_->options.ignoreMtOsCheck && nothingDetected(report))
+        {
+            return failure(result_code::kUpdateIncompatibleReports,
+                           types + " No package fits the inventory; compare a scan and a query of the same target.");
+        }
+        KORVAN_LOG(2, kSource) << types;
+    }
     KORVAN_LOG(3, kSource) << report.packages.size() << " packages compared, "
                            << std::count_if(report.packages.begin(), report.packages.end(),
                                             [](const ComparedPackage& package) { return package.selected == 1; })

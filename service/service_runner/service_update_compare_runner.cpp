@@ -54,6 +54,8 @@ CompareRunner::CompareRunner(const UserContext& context, const std::string& outp
 
 KorvanResult CompareRunner::operator()()
 {
+    KORVAN_LOG(4, kSource) << "Entering  "
+                           << "CompareRunner::operator ()";
     KorvanResult result;
     SummaryReport summary(outputDir_);
     if (BlueHelper::IsBLUE(context_))

@@ -74,7 +74,7 @@ void SerializeScanReport::PrintResult(const UpdateScanReport& /*report*/, std::o
     framework().scan.printedTypes.push_back(type);
     if (framework().scan.printThrows)
     {
-        throw std::runtime_error("printer on fire");
+        throw std::logic_error("printer on fire");
     }
     out << "scan table\n";
 }
@@ -145,7 +145,7 @@ void SerializeCompareReport::PrintResult(const CompareReport& /*report*/, std::o
     framework().compare.verbose.push_back(verbose);
     if (framework().compare.printThrows)
     {
-        throw std::runtime_error("printer on fire");
+        throw std::logic_error("printer on fire");
     }
     out << "compare table\n";
 }

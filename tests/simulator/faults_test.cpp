@@ -39,6 +39,13 @@ TEST_F(Faults, AreCountedByPath)
     EXPECT_EQ(statistics().faults, 2U);
 }
 
+TEST_F(Faults, GoOnForEverAfterTheSkippedRequests)
+{
+    EXPECT_EQ(withFault({{"skip", 1}, {"action", "status"}, {"status", 404}}).status, 200);
+    EXPECT_EQ(request(url(kSystems)).status, 404);
+    EXPECT_EQ(request(url(kSystems)).status, 404);
+}
+
 TEST_F(Faults, ApplyToTheirMethodOnly)
 {
     EXPECT_EQ(withFault({{"method", "POST"}, {"action", "status"}, {"status", 500}}).status, 200);

@@ -125,7 +125,11 @@ Tree BuildPackageJson(const ComparePackage& package, const std::string& bmcType)
     return node;
 }
 
-CompareJsonFile::CompareJsonFile(const std::string& path) : path_(path), temporaryPath_(path + ".tmp") {}
+// A name of its own for each run, so that two runs over one output directory do not write into one file.
+CompareJsonFile::CompareJsonFile(const std::string& path)
+    : path_(path), temporaryPath_(fs::unique_path(path + ".%%%%-%%%%-%%%%.tmp").string())
+{
+}
 
 CompareJsonFile::~CompareJsonFile()
 {
@@ -202,7 +206,8 @@ void CompareJsonFile::Commit()
         committed_ = !error;
         if (error)
         {
-            fail("write error");
+            boost::system::error_code ignored;
+            fail(fs::is_directory(path_, ignored) ? "cannot open file" : "write error");
         }
     }
     if (!failure_.empty())

@@ -8,11 +8,16 @@
 #include <boost/property_tree/ptree.hpp>
 
 #include <algorithm>
+#include <cstddef>
+#include <fstream>
 
 namespace
 {
 namespace fs = boost::filesystem;
 using Tree = boost::property_tree::ptree;
+
+// A report nests six elements. The XML reader calls itself for each level, so a hostile file could exhaust the stack.
+constexpr std::size_t kDeepestElement = 1000;
 
 std::string textOf(const Tree& node, const std::string& key)
 {
@@ -87,27 +92,40 @@ void readLeadingTexts(const Tree& node, ComparePackage& package)
     package.commandLine = textOf(node, compare_key::kCommandLine);
 }
 
+// The name comes first: what else lies below the directory is not looked at, so it can do no harm.
 bool isReport(const fs::path& path, const std::vector<std::string>& names)
 {
-    return fs::is_regular_file(path) && std::find(names.begin(), names.end(), path.filename().string()) != names.end();
+    boost::system::error_code unknown;
+    return std::find(names.begin(), names.end(), path.filename().string()) != names.end() &&
+           fs::is_regular_file(path, unknown);
 }
 } // namespace
 
 std::vector<std::string> FindCompareReports(const std::string& outputDirectory, const std::vector<std::string>& names)
 {
     const fs::path top(outputDirectory);
-    if (fs::is_regular_file(top))
+    boost::system::error_code unknown;
+    if (fs::is_regular_file(top, unknown))
     {
         return {outputDirectory};
     }
     std::vector<fs::path> found;
-    if (fs::is_directory(top))
+    if (fs::is_directory(top, unknown))
     {
-        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(top))
+        fs::recursive_directory_iterator entry(top);
+        while (entry != fs::recursive_directory_iterator())
         {
-            if (isReport(entry.path(), names))
+            const fs::path current = entry->path();
+            if (isReport(current, names))
             {
-                found.push_back(entry.path());
+                found.push_back(current);
+            }
+            boost::system::error_code error;
+            entry.increment(error);
+            if (error)
+            {
+                // The iterator's own exception would not say which directory it was.
+                throw fs::filesystem_error("cannot read the directory", current, error);
             }
         }
     }
@@ -120,6 +138,28 @@ std::vector<std::string> FindCompareReports(const std::string& outputDirectory, 
         paths.push_back(path.string());
     }
     return paths;
+}
+
+bool NestsTooDeeply(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::size_t depth = 0;
+    char previous = '\0';
+    for (char current = '\0'; file.get(current); previous = current)
+    {
+        if (previous == '<')
+        {
+            const bool opens = current != '/' && current != '!' && current != '?';
+            depth += opens ? 1 : 0;
+            depth -= current == '/' && depth > 0 ? 1 : 0;
+        }
+        depth -= previous == '/' && current == '>' && depth > 0 ? 1 : 0;
+        if (depth > kDeepestElement)
+        {
+            return true;
+        }
+    }
+    return false;
 }
 
 std::string HostOfReport(const std::string& reportPath)

@@ -11,8 +11,12 @@
 // none, leaves by the property tree's own error.
 
 // Full paths of the regular files below the directory whose name is exactly one of `names`, sorted by path. A path of a
-// regular file gives itself, whatever its name; a path of anything else gives nothing.
+// regular file gives itself, whatever its name; a path of anything else gives nothing. Throws boost::filesystem::filesystem_error, with the path, for a
+// directory that cannot be read.
 std::vector<std::string> FindCompareReports(const std::string& outputDirectory, const std::vector<std::string>& names);
+
+// True for a file whose elements nest deeper than any report's, which the XML reader would not survive.
+bool NestsTooDeeply(const std::string& path);
 
 // The target of a report: the name of the directory that holds it, without the framework's "SUCCESS-" and "FAILURE-".
 std::string HostOfReport(const std::string& reportPath);

@@ -67,11 +67,7 @@ class MultiCompare
     void addReport(const std::string& path)
     {
         Tree report;
-        try
-        {
-            boost::property_tree::read_xml(path, report);
-        }
-        catch (const boost::property_tree::xml_parser_error&)
+        if (!read(path, report))
         {
             logLine(1, kReadFailureLine, "Failed to Read XML");
             return;
@@ -79,7 +75,7 @@ class MultiCompare
         const CompareHeader header = ReadCompareHeader(report);
         const std::string host = HostOfReport(path);
         Tree hostNode = BuildHostJson(host, header);
-        Tree packageNodes;
+        Tree& packageNodes = hostNode.add_child(compare_key::kPackages, Tree());
         for (const Tree::value_type& node : PackagesNode(report))
         {
             const bool matched = matches(node.second);
@@ -87,8 +83,24 @@ class MultiCompare
             packageNodes.push_back(Tree::value_type("", BuildPackageJson(package, header.bmcType)));
             AddPackageRows(table_.sstream(), rows_, host, package, footnotes_, pattern_, matched);
         }
-        hostNode.add_child(compare_key::kPackages, packageNodes);
         json_.AddHost(hostNode);
+    }
+
+    static bool read(const std::string& path, Tree& report)
+    {
+        if (NestsTooDeeply(path))
+        {
+            return false;
+        }
+        try
+        {
+            boost::property_tree::read_xml(path, report);
+        }
+        catch (const boost::property_tree::xml_parser_error&)
+        {
+            return false;
+        }
+        return true;
     }
 
     bool matches(const Tree& package) const

@@ -83,7 +83,8 @@ class KORVAN_FRAMEWORK_EXPORT ServiceUpdateCompare
     // What to compare. Neither report is owned; both must outlive RunCompare.
     void SetReports(const UpdateScanReport& scan, const QueryReport& query);
 
-    // Fills the report. Failures: 88 when scan and query are of different machine types or none was set.
+    // Fills the report. Failures: 88 when none was set, or when scan and query are of different machine types and no
+    // package fits the inventory; 108 when a backup bank is asked for and there is none.
     KorvanResult RunCompare(CompareReport& report);
 
     static std::string ActionName();

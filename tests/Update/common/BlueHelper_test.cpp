@@ -15,7 +15,7 @@ class BlueHelperTest : public ModuleTest
 
 TEST_F(BlueHelperTest, SaysNoWithTarnWhateverElseIsGiven)
 {
-    EXPECT_FALSE(BlueHelper::IsBLUE(contextWith({{"tarn", ""}, {"bmc", "x"}, {"mt", "7T01"}})));
+    EXPECT_FALSE(BlueHelper::IsBLUE(contextWith({{"tarn", ""}, {"bmc", "x"}})));
     EXPECT_TRUE(fake::framework().connections.tried.empty());
     ASSERT_EQ(log_.size(), 1U);
     EXPECT_EQ(log_[0], (LogRecord{4, "", 0, "Entering  BlueHelper::IsBLUE"}));
@@ -136,6 +136,16 @@ TEST_F(BlueHelperTest, DoesNotFollowAnEmptyRestListWithCim)
     EXPECT_EQ(BlueHelper::GetMt(contextWith({{"bmc", "x"}})), "");
     EXPECT_EQ(fake::framework().connections.tried, (Texts{"rest"}));
     EXPECT_EQ(logged(2, "All connection failed."), 1U);
+}
+
+TEST_F(BlueHelperTest, GivesTheFourListsInOrderAlsoToACheckOverConnections)
+{
+    fake::framework().connections.rest = KorvanResult();
+    fake::framework().connections.restCount = 1;
+    fake::framework().systems.machineType = "7T01";
+    EXPECT_TRUE(BlueHelper::IsBLUE(contextWith({{"bmc", "x"}})));
+    ASSERT_EQ(fake::framework().systems.lists.size(), 2U);
+    EXPECT_EQ(fake::framework().systems.lists[0], fake::framework().systems.lists[1]);
 }
 
 TEST_F(BlueHelperTest, SaysWhenTheTargetGivesNoMachineType)

@@ -35,6 +35,13 @@ TEST_F(ParametersTest, TakesCommandAndSubCommandFromThreeWords)
     EXPECT_TRUE(taken.CheckShape());
 }
 
+TEST_F(ParametersTest, TakesNoMoreWordsThanItsCount)
+{
+    const Parameters taken(4, {"korvan", "update", "compare", "--mt", "--noscan", "--xml"});
+    EXPECT_TRUE(taken.Has("--mt"));
+    EXPECT_FALSE(taken.Has("--noscan"));
+}
+
 TEST_F(ParametersTest, TakesAllFurtherWordsAsArguments)
 {
     EXPECT_TRUE(parameters({"--mt", "7T01"}).Has("--mt"));

@@ -186,6 +186,15 @@ TEST_F(TranslationTest, AcceptsEveryOptionOfItsTableAndNoOther)
     EXPECT_NE(out().find("The parameter: --bmc is not supported!\n"), std::string::npos);
 }
 
+TEST_F(TranslationTest, TranslatesAllOptionsInItsOwnOrder)
+{
+    EXPECT_EQ(translated({"--backup", "--pmx=u:p@h", "--mt=7T01", "--xml", "--noscan", "--scope=latest",
+                          "--excludeid=E", "--dir=d", "--forceid=F", "--type=fw"}),
+              "compare -u -F -f F -s F -o F -l d -e E -L --noinventory --xml -m 7T01 --host h "
+              "--update-args=\"PMX:--user=u --password=p,UEFI:--backup,PMX:--backup\"");
+    EXPECT_EQ(translated({"--esxi", "e", "--mt", "7T01"}), "compare -u -m 7T01 --vmware-esxi=https://e");
+}
+
 // A command of its own, to see the building blocks.
 class Blocks : public CommandBase
 {

@@ -126,6 +126,18 @@ TEST_F(DevUriTest, FailsForWantOfAClosingBracket)
     EXPECT_EQ(record("parse uri info failed [fe80::1").source, "Utility/DevUri/DevUri");
 }
 
+TEST_F(DevUriTest, EmptiesHostAndPortWhenItFails)
+{
+    for (const char* bad : {"sftp://user@", "sftp://[fe80::1"})
+    {
+        DevUri uri;
+        ASSERT_EQ(uri.Parse("sftp://nas:22"), 1);
+        EXPECT_EQ(uri.Parse(bad), 0) << bad;
+        EXPECT_EQ(uri.host, "") << bad;
+        EXPECT_EQ(uri.port, 0) << bad;
+    }
+}
+
 TEST_F(DevUriTest, CarriesThePortOverToABracketedAddressWithoutOne)
 {
     DevUri uri;

@@ -42,6 +42,31 @@ TEST(SummaryReport, HoldsEveryServiceAndTheLastSummary)
     EXPECT_EQ(text(document, "/COMMONRESULT/SUMMARY/MESSAGE"), "last");
 }
 
+TEST(SummaryReport, KeepsTheOutcomesOfOtherServicesInFront)
+{
+    const ScratchFolder folder;
+    SummaryReport scan(folder.path());
+    scan.PushServiceResult("scan", 60, "one collection was cut");
+    scan.PushServiceResult("compare", 1, "");
+    scan.PushSummaryResult(60, "");
+    scan.GenerateReportFile();
+    SummaryReport compare(folder.path());
+    compare.PushServiceResult("query", 0, "");
+    compare.PushServiceResult("compare", 0, "");
+    compare.GenerateReportFile();
+    compare.GenerateReportFile(); // writing it again adds nothing
+
+    pugi::xml_document document;
+    ASSERT_TRUE(document.load_file(folder.file("common_result.xml").c_str()));
+    EXPECT_EQ(document.child("COMMONRESULT").select_nodes("SERVICE").size(), 3U);
+    EXPECT_EQ(text(document, "/COMMONRESULT/SERVICE[1]/ACTION"), "scan");
+    EXPECT_EQ(text(document, "/COMMONRESULT/SERVICE[1]/MESSAGE"), "one collection was cut");
+    EXPECT_EQ(text(document, "/COMMONRESULT/SERVICE[2]/ACTION"), "query");
+    EXPECT_EQ(text(document, "/COMMONRESULT/SERVICE[3]/ACTION"), "compare");
+    EXPECT_EQ(text(document, "/COMMONRESULT/SERVICE[3]/CODE"), "0");
+    EXPECT_EQ(text(document, "/COMMONRESULT/SUMMARY/CODE"), "0");
+}
+
 TEST(SummaryReport, ReplacesAnEarlierFile)
 {
     const ScratchFolder folder;

@@ -57,7 +57,7 @@ TEST_F(QueryAdapterTest, LaysTheUsersPlatformOverTheScans)
 
 TEST_F(QueryAdapterTest, SetsAllBitsForAnUnknownPlatform)
 {
-    const service::QueryOptions options = converted({{"ostype", "beos"}, {"osarch", "X64"}});
+    const service::QueryOptions options = converted({{"ostype", "nosuchos"}, {"osarch", "X64"}});
     EXPECT_EQ(options.osType, 0xFFFFFFFFU);
     EXPECT_EQ(options.osArch, 0xFFFFFFFFU);
 }
@@ -209,6 +209,9 @@ TEST_F(QueryAdapterTest, AsksForASecondPlatformWithAPmx2Controller)
     options_.osType = 402;
     options_.osArch = 2;
     options_.osMinorVersion = "3";
+    options_.bmcType = "PMX2";
+    converted({});
+    EXPECT_EQ(fake::framework().velpak.systems.size(), 2U);
     options_.bmcType = "pmx2";
     converted({});
     const std::vector<XModule::OSInfo>& systems = fake::framework().velpak.systems;

@@ -184,11 +184,24 @@ TEST_F(LegacyCommandTest, PassesAnotherFileBesideTheProgram)
     EXPECT_EQ(run({"update", "compare"}), 0);
 }
 
-TEST_F(LegacyCommandTest, LooksForTheProxyBeforeTheName)
+TEST_F(LegacyCommandTest, RefusesAnotherToolBesideTheProgramByItsName)
 {
     const FileBesideProgram other("other-tool");
     fake::framework().config["VELPAKI_PATH"] = other.path();
     EXPECT_EQ(run({"update", "compare"}), kPathWrong);
+}
+
+TEST_F(LegacyCommandTest, LooksAtThePathBeforeTheWords)
+{
+    fake::framework().config.clear();
+    expectRefused({"update", "scan"}, kPathWrong);
+    EXPECT_EQ(out(), "");
+}
+
+TEST_F(LegacyCommandTest, LooksAtTheShapeBeforeTheOptions)
+{
+    expectRefused({"update", "compare", "--bad", "a", "b"}, kUnsupported);
+    EXPECT_EQ(out(), "The command parameters are not vaild!\nA paramter can not carry two values! \n");
 }
 
 TEST_F(LegacyCommandTest, KeepsTheCommandLineOutOfTheLogForEsxi)

@@ -127,6 +127,7 @@ TEST_F(QueryStepTest, SaysThatTheQueryFailed)
     fake::framework().query.result = KorvanResult(0x10068);
     EXPECT_EQ(query({}).code, 0x10068U);
     EXPECT_EQ(logged(1, "query failed"), 1U);
+    EXPECT_EQ(record("query failed").source, "service/service_runner/service_update_compare_runner");
     EXPECT_TRUE(fake::framework().query.savedPaths.empty());
 }
 

@@ -67,6 +67,8 @@ TEST_F(ScanStepTest, ScansAndSavesTableAndXml)
     EXPECT_EQ(fake::framework().scan.printedTypes, (Texts{"fw"}));
     EXPECT_EQ(fake::framework().scan.savedPaths, (Texts{path("Korvan-update-scan.xml")}));
     EXPECT_EQ(logged(3, "Scan results saved to: " + path("Korvan-update-scan.xml")), 1U);
+    EXPECT_EQ(record("Scan results saved to: " + path("Korvan-update-scan.xml")).source,
+              "service/service_runner/service_update_compare_runner");
     EXPECT_EQ(out(), "");
 }
 
@@ -165,6 +167,22 @@ TEST_F(ScanStepTest, LogsAnEmptyPathWhenTheXmlCannotBeSaved)
     fake::framework().scan.saveCode = 11;
     EXPECT_TRUE(scan().succeeded());
     EXPECT_EQ(logged(3, "Scan results saved to: "), 1U);
+}
+
+TEST_F(ScanStepTest, EchoesNoEmptyPath)
+{
+    scanFinds(1);
+    fake::framework().scan.saveCode = 11;
+    scan({}, true);
+    EXPECT_EQ(out(), "scan table\n");
+}
+
+TEST_F(ScanStepTest, ReplacesTheTableOfAnEarlierScan)
+{
+    write("scan_result.txt", "a longer text than the table that comes now\n");
+    scanFinds(1);
+    scan();
+    EXPECT_EQ(content(path("scan_result.txt")), "scan table\n10.0.0.1");
 }
 
 TEST_F(ScanStepTest, ShowsTableAndPathOnTheConsoleWithTheScreenFlag)

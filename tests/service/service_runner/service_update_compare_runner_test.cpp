@@ -1,5 +1,6 @@
 #include "service_runner/service_update_compare_runner.h"
 
+#include "interrupt.h"
 #include "support/module_test.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -34,6 +35,19 @@ class CompareRunnerTest : public ModuleTest
         fake::framework().config["VELPAKI_PATH"] = path("velpaki.sh");
     }
 
+    Texts timingRecords() const
+    {
+        Texts texts;
+        for (const LogRecord& line : log_)
+        {
+            if (line.level == 3 && line.text.find(" step ") != std::string::npos)
+            {
+                texts.push_back(line.text);
+            }
+        }
+        return texts;
+    }
+
     const fake::Summary& lastSummary() const { return fake::framework().summaries.back(); }
 
     UserContext context_;
@@ -52,6 +66,7 @@ TEST_F(CompareRunnerTest, ScansQueriesComparesAndSaves)
     EXPECT_EQ(fake::framework().compare.savedPaths, (Texts{path("Korvan-update-compare.xml")}));
     EXPECT_EQ(content(path("compare_result.txt")), "compare table\n10.0.0.1");
     EXPECT_EQ(logged(3, "Compare updates done, the result is stored to " + path("Korvan-update-compare.xml")), 1U);
+    EXPECT_EQ(log_.front(), (LogRecord{4, "", 0, "Entering  CompareRunner::operator ()"}));
     EXPECT_EQ(log_.back(), (LogRecord{4, "", 0, "Exiting  CompareRunner::operator ()"}));
     EXPECT_EQ(log_.back().source, "service/service_runner/service_update_compare_runner");
     EXPECT_EQ(out(), "");
@@ -90,16 +105,59 @@ TEST_F(CompareRunnerTest, RecordsEveryOutcome)
 
 TEST_F(CompareRunnerTest, MarksTheTimesOfScanAndQuery)
 {
+    fake::framework().query.result = KorvanResult(0x10068);
     run();
-    std::size_t begins = 0;
-    std::size_t ends = 0;
-    for (const LogRecord& line : log_)
-    {
-        begins += line.level == 3 && line.text.find("[B]") != std::string::npos ? 1 : 0;
-        ends += line.level == 3 && line.text.find("[E]") != std::string::npos ? 1 : 0;
-    }
-    EXPECT_EQ(begins, 2U);
-    EXPECT_EQ(ends, 2U);
+    EXPECT_EQ(timingRecords(),
+              (Texts{"[B] step 11 code 0", "[E] step 11 code 0", "[B] step 12 code 0", "[E] step 12 code 104"}));
+}
+
+TEST_F(CompareRunnerTest, MarksTheEndOfAFailedScanWithItsCode)
+{
+    fake::framework().scan.report = service::UpdateScanReport();
+    fake::framework().scan.result = KorvanResult(12);
+    run();
+    EXPECT_EQ(timingRecords(), (Texts{"[B] step 11 code 0", "[E] step 11 code 12"}));
+}
+
+TEST_F(CompareRunnerTest, ComparesTheItemsOfAScanThatFailed)
+{
+    fake::framework().scan.result = KorvanResult(60);
+    EXPECT_TRUE(run().succeeded());
+    EXPECT_EQ(fake::framework().compare.scannedItems, 1U);
+}
+
+TEST_F(CompareRunnerTest, ComparesLoadedReports)
+{
+    fake::framework().scan.loaded.AddScanResult(service::ScanItem());
+    fake::framework().scan.loaded.AddScanResult(service::ScanItem());
+    context_.options["scanxml"] = "s.xml";
+    context_.options["queryxml"] = "q.xml";
+    EXPECT_TRUE(run().succeeded());
+    EXPECT_EQ(fake::framework().compare.scannedItems, 2U);
+    EXPECT_EQ(fake::framework().compare.queriedPackages, 2U);
+}
+
+TEST_F(CompareRunnerTest, RecordsTheRegisteredTextOfAResultWithoutAMessage)
+{
+    fake::framework().compare.result = KorvanResult(0x10058, "");
+    run();
+    EXPECT_EQ(lastSummary().services.back().message, "Incompatible compare/query/scan xml result.");
+    EXPECT_EQ(lastSummary().totals[0].message, "Incompatible compare/query/scan xml result.");
+}
+
+TEST_F(CompareRunnerTest, ReplacesTheTableOfAnEarlierRun)
+{
+    write("compare_result.txt", "a longer text than the table that comes now\n");
+    run();
+    EXPECT_EQ(content(path("compare_result.txt")), "compare table\n10.0.0.1");
+}
+
+TEST_F(CompareRunnerTest, WritesAnIpv6HostWithoutBrackets)
+{
+    fake::framework().connections.address = "https://u:p@[fe80::1]:8443";
+    run();
+    EXPECT_EQ(content(path("compare_result.txt")), "compare table\nfe80::1");
+    EXPECT_EQ(content(path("scan_result.txt")), "scan table\nfe80::1");
 }
 
 TEST_F(CompareRunnerTest, StopsAfterAFailedScanAndNamesTheComparison)
@@ -227,6 +285,18 @@ TEST_F(CompareRunnerTest, ReportsALegacyToolThatASignalEndedAs1779)
 {
     legacyInBand("kill -9 $$\n");
     EXPECT_EQ(run().code, 1779U);
+}
+
+TEST_F(CompareRunnerTest, PassesOnTheWishOfAUserWhoInterruptsTheLegacyTool)
+{
+    interrupt::reset();
+    legacyInBand("kill -INT $$\n");
+    EXPECT_EQ(run().code, 1779U);
+    EXPECT_TRUE(interrupt::requested());
+    interrupt::reset();
+    legacyInBand("exit 3\n");
+    run();
+    EXPECT_FALSE(interrupt::requested());
 }
 
 TEST_F(CompareRunnerTest, GivesTheCodeOfARefusedLegacyCommand)

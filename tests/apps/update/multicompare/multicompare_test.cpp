@@ -15,10 +15,12 @@ class MultiCompareTest : public ModuleTest
 {
   protected:
     // An application that has been initialised with the options and an output directory.
-    std::unique_ptr<BasicMultiApp> application(const std::map<std::string, std::string>& options)
+    std::unique_ptr<BasicMultiApp> application(const std::map<std::string, std::string>& options,
+                                               std::int32_t parallel = 16)
     {
         UserContext context = contextWith(options);
         context.outputDir = path("out");
+        context.parallel = parallel;
         std::unique_ptr<BasicMultiApp> app(create_instance());
         EXPECT_EQ(app->Initialize(context).messageText(), "Succeed.");
         observeUpTo(4);
@@ -130,6 +132,18 @@ TEST_F(MultiCompareTest, HandlesTheResultOfARunWithoutTargets)
     EXPECT_TRUE(app->Running().succeeded());
     EXPECT_EQ(fake::framework().scan.runs, 0);
     EXPECT_NE(out().find("The pattern you input match none package !"), std::string::npos);
+    app->Cleanup();
+}
+
+TEST_F(MultiCompareTest, GivesEachTargetItsOwnAddressOnly)
+{
+    const auto app = application({{"bmc", "10.0.0.1"}, {"smm", "10.0.0.2"}}, 1);
+    app->Running();
+    ASSERT_EQ(fake::framework().connections.contexts.size(), 2U);
+    for (const UserContext& context : fake::framework().connections.contexts)
+    {
+        EXPECT_EQ(HasOption(context, "bmc") ? 1 : 0, HasOption(context, "smm") ? 0 : 1);
+    }
     app->Cleanup();
 }
 

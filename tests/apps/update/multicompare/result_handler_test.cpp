@@ -3,6 +3,7 @@
 #include "apps/update/multicompare/report_fixture.h"
 #include "support/module_test.h"
 
+#include <boost/filesystem/operations.hpp>
 #include <boost/property_tree/json_parser.hpp>
 #include <boost/property_tree/ptree.hpp>
 
@@ -34,6 +35,16 @@ class ResultHandlerTest : public ModuleTest
             hosts.push_back(host.second.get<std::string>("HOST"));
         }
         return hosts;
+    }
+
+    std::size_t temporaryFiles() const
+    {
+        std::size_t count = 0;
+        for (const boost::filesystem::directory_entry& entry : boost::filesystem::directory_iterator(folder_.path()))
+        {
+            count += entry.path().extension() == ".tmp" ? 1 : 0;
+        }
+        return count;
     }
 
     std::size_t lines(const std::string& piece) const
@@ -115,7 +126,7 @@ TEST_F(ResultHandlerTest, LeavesNoTemporaryFileWhenThePatternMatchesNothing)
 {
     writeReport("h", report::file({report::package({report::child()})}));
     handle("zzz");
-    EXPECT_FALSE(exists(path("compare_result.json.tmp")));
+    EXPECT_EQ(temporaryFiles(), 0U);
 }
 
 TEST_F(ResultHandlerTest, KeepsAnEarlierJsonWhenThePatternMatchesNothing)
@@ -172,7 +183,7 @@ TEST_F(ResultHandlerTest, EndsTheReportAtAMissingKey)
     handle("nic");
     EXPECT_EQ(out(), "No such node (REBOOT)\n");
     EXPECT_FALSE(jsonWritten());
-    EXPECT_FALSE(exists(path("compare_result.json.tmp")));
+    EXPECT_EQ(temporaryFiles(), 0U);
 }
 
 TEST_F(ResultHandlerTest, EndsTheReportAtAMissingKeyOfAPackageThatDoesNotMatch)
@@ -212,9 +223,64 @@ TEST_F(ResultHandlerTest, EndsTheReportAtAShortPackageVersion)
 TEST_F(ResultHandlerTest, PrintsTheErrorAndNoTableWhenTheJsonCannotBeWritten)
 {
     writeReport("a", report::file({report::package({report::child()})}));
-    write("compare_result.json.tmp/in the way", "x");
+    write("compare_result.json/in the way", "x");
     handle("nic");
     EXPECT_EQ(out(), path("/compare_result.json") + ": cannot open file\n");
+    EXPECT_EQ(temporaryFiles(), 0U);
+}
+
+TEST_F(ResultHandlerTest, SkipsAReportThatNestsTooDeeply)
+{
+    std::string deep;
+    for (int level = 0; level < 100000; ++level)
+    {
+        deep += "<a>";
+    }
+    writeReport("a", deep);
+    writeReport("b", report::file({report::package({report::child()})}));
+    handle("nic");
+    EXPECT_EQ(jsonHosts(), (Texts{"b"}));
+    EXPECT_EQ(logged(1, "Failed to Read XML"), 1U);
+}
+
+TEST_F(ResultHandlerTest, TakesAReportWithManyPackages)
+{
+    writeReport("a", report::file(std::vector<std::string>(2000, report::package({report::child()}))));
+    handle("nic");
+    EXPECT_EQ(lines("| a "), 2000U);
+}
+
+// A full disk leaves such a file.
+TEST_F(ResultHandlerTest, EndsTheReportAtAnEmptyFile)
+{
+    writeReport("a", "");
+    handle("nic");
+    EXPECT_EQ(out(), "No such node (COMPARISON.XMLVERSION)\n");
+}
+
+// Every child counts as a package, whatever it is; the framework's writer makes no comments.
+TEST_F(ResultHandlerTest, TakesACommentAmongThePackagesForAPackage)
+{
+    writeReport("a", report::file({report::package({report::child()}), "<!-- a comment -->"}));
+    handle("nic");
+    EXPECT_EQ(out(), "No such node (NAME)\n");
+}
+
+TEST_F(ResultHandlerTest, IsNotStoppedByALinkThatLeadsToItself)
+{
+    writeReport("a", report::file({report::package({report::child()})}));
+    boost::filesystem::create_symlink("loop", path("loop"));
+    handle("nic");
+    EXPECT_EQ(jsonHosts(), (Texts{"a"}));
+}
+
+TEST_F(ResultHandlerTest, LeavesAnotherRunsTemporaryFileAlone)
+{
+    write("compare_result.json.tmp", "theirs");
+    writeReport("a", report::file({report::package({report::child()})}));
+    handle("nic");
+    EXPECT_EQ(content(path("compare_result.json.tmp")), "theirs");
+    EXPECT_EQ(jsonHosts(), (Texts{"a"}));
 }
 
 TEST_F(ResultHandlerTest, TakesAReportWithoutPackages)
