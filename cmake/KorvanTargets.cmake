@@ -7,7 +7,9 @@ target_compile_options(korvan_compile_options INTERFACE
 
 if(KORVAN_SANITIZE)
   target_compile_options(korvan_compile_options INTERFACE
-    -fsanitize=${KORVAN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    -fsanitize=${KORVAN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
+    # The sanitizers' own code makes GCC see uninitialised values in the headers of Boost and the standard library.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(korvan_compile_options INTERFACE -fsanitize=${KORVAN_SANITIZE})
 endif()
 

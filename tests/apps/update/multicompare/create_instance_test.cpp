@@ -1,49 +1,12 @@
 #include "create_instance.h"
 
 #include "multicompare.h"
+#include "support/failing_allocation.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <new>
-
-namespace
-{
-bool failNothrowAllocations = false;
-} // namespace
-
-// This program's own allocation, which can refuse where a null pointer may be answered.
-void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
-{
-    return failNothrowAllocations ? nullptr : std::malloc(size == 0 ? 1 : size);
-}
-
-void* operator new(std::size_t size)
-{
-    void* storage = std::malloc(size == 0 ? 1 : size);
-    if (storage == nullptr)
-    {
-        throw std::bad_alloc();
-    }
-    return storage;
-}
-
-void operator delete(void* storage) noexcept
-{
-    std::free(storage);
-}
-
-void operator delete(void* storage, std::size_t /*size*/) noexcept
-{
-    std::free(storage);
-}
-
-void operator delete(void* storage, const std::nothrow_t& /*tag*/) noexcept
-{
-    std::free(storage);
-}
 
 namespace
 {
@@ -55,9 +18,9 @@ TEST(CreateInstance, GivesAMultiCompareApplication)
 
 TEST(CreateInstance, GivesNothingWhenThereIsNoMemory)
 {
-    failNothrowAllocations = true;
+    failing_allocation::failNothrow(true);
     BasicMultiApp* const app = create_instance();
-    failNothrowAllocations = false;
+    failing_allocation::failNothrow(false);
     EXPECT_EQ(app, nullptr);
 }
 
