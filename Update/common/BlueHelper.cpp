@@ -113,7 +113,7 @@ std::string BlueHelper::GetMt(const UserContext& context)
         service::UpdateScanReport report;
         // An unreadable file leaves the report, and so the machine type, empty.
         service::SerializeScanReport::LoadFromXml(GetOption(context, option::kScanXml, ""), report);
-        const std::string machineType = report.GetMT();
+        std::string machineType = report.GetMT();
         KORVAN_LOG(3, kSource) << "Get mt from scan xml:" << machineType;
         return machineType;
     }
@@ -123,7 +123,7 @@ std::string BlueHelper::GetMt(const UserContext& context)
         KORVAN_LOG(3, kSource) << "--mt:" << value;
         return value.substr(0, value.find(','));
     }
-    const std::string machineType = askTarget(context);
+    std::string machineType = askTarget(context);
     KORVAN_LOG(4, kSource) << "Exiting  "
                            << "BlueHelper::GetMt";
     return machineType;

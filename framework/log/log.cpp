@@ -142,9 +142,8 @@ int Log::GetMinLogLevel()
 } // namespace XModule
 
 // The signature is part of the contract with the modules.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void AddDetailTimeDebugLog(int level, const char* file, int line, const std::string& mark, int step, int code,
-                           std::string extra)
+                           std::string extra) // NOLINT(performance-unnecessary-value-param)
 {
     if (XModule::Log::GetMinLogLevel() < level)
     {

@@ -9,7 +9,7 @@ namespace system_check
 namespace
 {
 constexpr char kSource[] = "framework/system_check/system_list";
-constexpr std::size_t kLargestList = 1024U * 1024U; // bytes
+constexpr std::size_t kLargestList = std::size_t{1024} * 1024; // bytes
 
 const char* explain(files::ReadOutcome outcome)
 {

@@ -31,7 +31,7 @@ KorvanResult scanService(const ConnectOption& option, const redfish::Progress& p
     redfish::Client client(option);
     redfish::ServiceRoot root;
     progress(5, "Connecting");
-    const KorvanResult opened = redfish::openService(client, root);
+    KorvanResult opened = redfish::openService(client, root);
     if (!opened.succeeded())
     {
         return opened;

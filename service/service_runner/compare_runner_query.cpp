@@ -22,9 +22,9 @@ constexpr const char* kRemoteOptions[] = {option::kPmx, option::kBmc, option::kE
 
 KorvanResult CompareRunner::Query(SummaryReport& summary)
 {
-    const KorvanResult result = HasOption(context_, option::kQueryXml)
-                                    ? queryReport_.LoadFromXml(GetOption(context_, option::kQueryXml, ""))
-                                    : queryRepository();
+    KorvanResult result = HasOption(context_, option::kQueryXml)
+                              ? queryReport_.LoadFromXml(GetOption(context_, option::kQueryXml, ""))
+                              : queryRepository();
     summary.PushServiceResult(service::ServiceUpdateQuery::ActionName(), static_cast<int>(result.code),
                               result.messageText());
     return result;

@@ -122,7 +122,7 @@ KorvanResult CompareRunner::compare(service::CompareReport& report)
 KorvanResult CompareRunner::save(const service::CompareReport& report)
 {
     compareXmlPath_ = (boost::filesystem::path(outputDir_) / file_name::kCompareXml).string();
-    const KorvanResult saved = service::SerializeCompareReport::SaveToXml(report, compareXmlPath_);
+    KorvanResult saved = service::SerializeCompareReport::SaveToXml(report, compareXmlPath_);
     if (screen_)
     {
         service::SerializeCompareReport::PrintResult(report, HasOption(context_, option::kVerbose));
