@@ -20,7 +20,8 @@ const std::vector<OptionDescription>& compareOptions()
 {
     static const std::vector<OptionDescription> options = {
         {option::kBmc, Form::List, kTargets, kAddresses,
-         "Management controllers of servers, each [https://|http://][user[:password]@]host[:port], IPv6 in brackets."},
+         "Management controllers of servers, each [https://|http://][user[:password]@]host[:port], IPv6 in brackets; "
+         "10.0.0.[1-32,40] names several, @FILE and - (standard input) list one a line."},
         {option::kPmx, Form::List, kTargets, kAddresses,
          "Management controllers of the PMX kind, written as for --bmc."},
         {option::kEsxi, Form::List, kTargets, kAddresses, "ESXi hosts, written as for --bmc."},
@@ -28,6 +29,8 @@ const std::vector<OptionDescription>& compareOptions()
         {option::kSmm, Form::List, kTargets, kAddresses, "System management modules, written as for --bmc."},
         {option::kConfig, Form::Value, kTargets, "FILE",
          "A JSON file that lists further targets with their users and passwords."},
+        {option::kExclude, Form::List, kTargets, kAddresses,
+         "Targets to leave out, written as for --bmc; without a port every port of the host."},
         {option::kBmcUsername, Form::Value, kTargets, "USER", "The user for targets that name none."},
         {option::kBmcPassword, Form::Value, kTargets, "PASSWORD",
          "The password for targets that name none; other users of this system may see it, --config hides it."},

@@ -12,6 +12,7 @@ constexpr char kCmm[] = "cmm";
 constexpr char kSmm[] = "smm";
 constexpr char kLocal[] = "local"; // set by the framework for an in-band target, not by the user
 constexpr char kConfig[] = "config";
+constexpr char kExclude[] = "exclude";
 constexpr char kBmcUsername[] = "bmc-username";
 constexpr char kBmcPassword[] = "bmc-password";
 constexpr char kBmcCimPort[] = "bmc-cim-port";

@@ -1,42 +1,19 @@
 #include "multi_command/target_set.h"
 
+#include "multi_command/address_sources.h"
 #include "multi_command/target_address.h"
+#include "multi_command/target_exclusion.h"
 #include "multi_command/target_list.h"
 #include "multi_command/target_name.h"
 #include "option_names.h"
-#include "text/text.h"
 
-#include <set>
+#include <iostream>
+#include <unordered_set>
 
 namespace
 {
 constexpr std::uint32_t kInvalidParameter = 5;
 constexpr const char* kKinds[] = {option::kBmc, option::kPmx, option::kEsxi, option::kCmm, option::kSmm};
-
-// The entries are named by their position: their texts may hold passwords.
-KorvanResult readOption(const std::string& kind, const std::string& value, std::vector<nova::ServerInfo>& servers)
-{
-    const std::vector<std::string> entries = text::split(value, ',');
-    for (std::size_t index = 0; index < entries.size(); ++index)
-    {
-        const std::string where = "option --" + kind + ", address " + std::to_string(index + 1) + ": ";
-        multi_command::TargetAddress address;
-        std::string reason;
-        if (!multi_command::parseTargetAddress(text::trim(entries[index]), address, reason))
-        {
-            return KorvanResult(kInvalidParameter, where + reason);
-        }
-        nova::ServerInfo server;
-        server.option = kind;
-        server.user = address.user;
-        server.password = address.password;
-        server.host = address.host;
-        server.port = address.port;
-        server.scheme = address.scheme;
-        servers.push_back(server);
-    }
-    return KorvanResult();
-}
 
 KorvanResult readDefaults(const UserContext& context, std::string& user, std::string& password)
 {
@@ -55,19 +32,8 @@ KorvanResult readDefaults(const UserContext& context, std::string& user, std::st
     return KorvanResult();
 }
 
-KorvanResult collectServers(const UserContext& context, std::vector<nova::ServerInfo>& servers)
+KorvanResult readConfig(const UserContext& context, std::vector<nova::ServerInfo>& servers)
 {
-    for (const char* const kind : kKinds)
-    {
-        if (HasOption(context, kind))
-        {
-            KorvanResult result = readOption(kind, GetOption(context, kind, std::string()), servers);
-            if (!result.succeeded())
-            {
-                return result;
-            }
-        }
-    }
     if (!HasOption(context, option::kConfig))
     {
         return KorvanResult();
@@ -78,6 +44,50 @@ KorvanResult collectServers(const UserContext& context, std::vector<nova::Server
         return KorvanResult(kInvalidParameter, std::string("option --") + option::kConfig + ": names no file");
     }
     return multi_command::readTargetList(path, servers);
+}
+
+KorvanResult applyExclusion(const UserContext& context, multi_command::AddressSources& sources,
+                            std::vector<nova::ServerInfo>& servers)
+{
+    if (!HasOption(context, option::kExclude))
+    {
+        return KorvanResult();
+    }
+    std::vector<multi_command::AddressEntry> entries;
+    sources.countAnew();
+    KorvanResult result = sources.read(option::kExclude, GetOption(context, option::kExclude, std::string()), entries);
+    if (!result.succeeded())
+    {
+        return result;
+    }
+    for (const std::string& complaint : multi_command::exclude(entries, servers))
+    {
+        std::cerr << "korvan: warning: " + complaint + "\n" << std::flush;
+    }
+    return KorvanResult();
+}
+
+KorvanResult collectServers(const UserContext& context, std::vector<nova::ServerInfo>& servers)
+{
+    multi_command::AddressSources sources;
+    std::vector<multi_command::AddressEntry> entries;
+    for (const char* const kind : kKinds)
+    {
+        if (HasOption(context, kind))
+        {
+            KorvanResult result = sources.read(kind, GetOption(context, kind, std::string()), entries);
+            if (!result.succeeded())
+            {
+                return result;
+            }
+        }
+    }
+    for (const multi_command::AddressEntry& entry : entries)
+    {
+        servers.insert(servers.end(), entry.servers.begin(), entry.servers.end());
+    }
+    KorvanResult result = readConfig(context, servers);
+    return result.succeeded() ? applyExclusion(context, sources, servers) : result;
 }
 
 void fillIn(std::string& value, const std::string& defaultValue)
@@ -106,7 +116,7 @@ KorvanResult buildTargetSet(const UserContext& context, std::vector<Target>& tar
         return result;
     }
     std::vector<Target> collected;
-    std::set<std::string> names;
+    std::unordered_set<std::string> names;
     for (nova::ServerInfo& server : servers)
     {
         fillIn(server.user, user);
