@@ -7,6 +7,8 @@
 #include "multi_command/target_address.h"
 #include "text/text.h"
 
+#include <algorithm>
+
 namespace
 {
 constexpr std::size_t kLargestList = std::size_t{16} << 20U;
@@ -68,6 +70,11 @@ KorvanResult readInput(const std::string& name, std::string& content)
         break;
     }
     return KorvanResult();
+}
+bool holdsPassword(const multi_command::AddressEntry& entry)
+{
+    return std::any_of(entry.servers.begin(), entry.servers.end(),
+                       [](const nova::ServerInfo& server) { return !server.password.empty(); });
 }
 } // namespace
 
@@ -144,12 +151,9 @@ KorvanResult AddressSources::read(const std::string& option, const std::string& 
 KorvanResult AddressSources::readListed(const std::string& option, const std::string& name,
                                         std::vector<AddressEntry>& entries)
 {
-    std::string content;
     if (name != "-")
     {
-        const std::string shown = "target list " + text::visible(name);
-        const KorvanResult result = readFile(name, shown, content);
-        return result.succeeded() ? readLines(option, shown, content, entries) : result;
+        return readListFile(option, name, entries);
     }
     if (inputTaken_)
     {
@@ -157,8 +161,29 @@ KorvanResult AddressSources::readListed(const std::string& option, const std::st
     }
     inputTaken_ = true;
     const std::string shown = "standard input";
+    std::string content;
     const KorvanResult result = readInput(shown, content);
     return result.succeeded() ? readLines(option, shown, content, entries) : result;
+}
+
+KorvanResult AddressSources::readListFile(const std::string& option, const std::string& path,
+                                          std::vector<AddressEntry>& entries)
+{
+    const std::string shown = "target list " + text::visible(path);
+    const std::size_t before = entries.size();
+    std::string content;
+    KorvanResult result = readFile(path, shown, content);
+    if (result.succeeded())
+    {
+        result = readLines(option, shown, content, entries);
+    }
+    const bool secret =
+        std::any_of(entries.begin() + static_cast<std::ptrdiff_t>(before), entries.end(), holdsPassword);
+    if (result.succeeded() && secret && openFiles_ == OpenFiles::Refuse && isReadableByOthers(path))
+    {
+        return KorvanResult(kInvalidFile, shown + ": " + openFileComplaint(path));
+    }
+    return result;
 }
 
 KorvanResult AddressSources::readLines(const std::string& option, const std::string& name, const std::string& content,

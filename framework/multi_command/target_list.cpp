@@ -194,7 +194,7 @@ std::vector<nova::ServerInfo> serversOf(const std::string& content, std::size_t 
 
 namespace multi_command
 {
-KorvanResult readTargetList(const std::string& path, std::vector<nova::ServerInfo>& servers)
+KorvanResult readTargetList(const std::string& path, std::vector<nova::ServerInfo>& servers, OpenFiles openFiles)
 {
     const std::string name = "target list " + text::visible(path) + ": ";
     std::string content;
@@ -213,6 +213,12 @@ KorvanResult readTargetList(const std::string& path, std::vector<nova::ServerInf
     {
         const std::vector<nova::ServerInfo> read =
             serversOf(content, kMostTargets - std::min(kMostTargets, servers.size()));
+        const bool secret =
+            std::any_of(read.begin(), read.end(), [](const nova::ServerInfo& s) { return !s.password.empty(); });
+        if (secret && openFiles == OpenFiles::Refuse && isReadableByOthers(path))
+        {
+            return KorvanResult(kInvalidFile, name + openFileComplaint(path));
+        }
         servers.insert(servers.end(), read.begin(), read.end());
     }
     catch (const ListError& failure)

@@ -1,7 +1,7 @@
 #include "multi_command/target_set.h"
 
 #include "multi_command/address_sources.h"
-#include "multi_command/target_address.h"
+#include "multi_command/credentials.h"
 #include "multi_command/target_exclusion.h"
 #include "multi_command/target_list.h"
 #include "multi_command/target_name.h"
@@ -15,21 +15,10 @@ namespace
 constexpr std::uint32_t kInvalidParameter = 5;
 constexpr const char* kKinds[] = {option::kBmc, option::kPmx, option::kEsxi, option::kCmm, option::kSmm};
 
-KorvanResult readDefaults(const UserContext& context, std::string& user, std::string& password)
+multi_command::OpenFiles openFiles(const UserContext& context)
 {
-    user = GetOption(context, option::kBmcUsername, std::string());
-    password = GetOption(context, option::kBmcPassword, std::string());
-    if (!multi_command::isValidUser(user))
-    {
-        return KorvanResult(kInvalidParameter, std::string("option --") + option::kBmcUsername +
-                                                   ": the name holds a ':', a blank or a control character");
-    }
-    if (!multi_command::isValidPassword(password))
-    {
-        return KorvanResult(kInvalidParameter, std::string("option --") + option::kBmcPassword +
-                                                   ": the password holds a control character");
-    }
-    return KorvanResult();
+    return HasOption(context, option::kAllowOpenFiles) ? multi_command::OpenFiles::Allow
+                                                       : multi_command::OpenFiles::Refuse;
 }
 
 KorvanResult readConfig(const UserContext& context, std::vector<nova::ServerInfo>& servers)
@@ -43,7 +32,7 @@ KorvanResult readConfig(const UserContext& context, std::vector<nova::ServerInfo
     {
         return KorvanResult(kInvalidParameter, std::string("option --") + option::kConfig + ": names no file");
     }
-    return multi_command::readTargetList(path, servers);
+    return multi_command::readTargetList(path, servers, openFiles(context));
 }
 
 KorvanResult applyExclusion(const UserContext& context, multi_command::AddressSources& sources,
@@ -67,9 +56,9 @@ KorvanResult applyExclusion(const UserContext& context, multi_command::AddressSo
     return KorvanResult();
 }
 
-KorvanResult collectServers(const UserContext& context, std::vector<nova::ServerInfo>& servers)
+KorvanResult collectServers(const UserContext& context, multi_command::AddressSources& sources,
+                            std::vector<nova::ServerInfo>& servers)
 {
-    multi_command::AddressSources sources;
     std::vector<multi_command::AddressEntry> entries;
     for (const char* const kind : kKinds)
     {
@@ -89,27 +78,18 @@ KorvanResult collectServers(const UserContext& context, std::vector<nova::Server
     KorvanResult result = readConfig(context, servers);
     return result.succeeded() ? applyExclusion(context, sources, servers) : result;
 }
-
-void fillIn(std::string& value, const std::string& defaultValue)
-{
-    if (value.empty())
-    {
-        value = defaultValue;
-    }
-}
 } // namespace
 
 namespace multi_command
 {
 KorvanResult buildTargetSet(const UserContext& context, std::vector<Target>& targets)
 {
-    std::string user;
-    std::string password;
     std::vector<nova::ServerInfo> servers;
-    KorvanResult result = readDefaults(context, user, password);
+    AddressSources sources(openFiles(context));
+    KorvanResult result = collectServers(context, sources, servers);
     if (result.succeeded())
     {
-        result = collectServers(context, servers);
+        result = fillCredentials(context, sources.inputTaken() ? StandardInput::Taken : StandardInput::Free, servers);
     }
     if (!result.succeeded())
     {
@@ -117,10 +97,8 @@ KorvanResult buildTargetSet(const UserContext& context, std::vector<Target>& tar
     }
     std::vector<Target> collected;
     std::unordered_set<std::string> names;
-    for (nova::ServerInfo& server : servers)
+    for (const nova::ServerInfo& server : servers)
     {
-        fillIn(server.user, user);
-        fillIn(server.password, password);
         const std::string name = targetName(server);
         if (!names.insert(name).second)
         {

@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 using multi_command::AddressEntry;
 using multi_command::AddressSources;
 using multi_command::kMostTargets;
@@ -18,7 +20,12 @@ class AddressSourcesTest : public testing::Test
 {
   protected:
     // Writes a list file and gives the value that names it.
-    std::string list(const std::string& content) { return "@" + folder_.write("list.txt", content); }
+    std::string list(const std::string& content, int mode = 0600)
+    {
+        const std::string path = folder_.write("list.txt", content);
+        std::filesystem::permissions(path, std::filesystem::perms(mode));
+        return "@" + path;
+    }
 
     std::string reason(const std::string& value, std::uint32_t code)
     {
@@ -99,4 +106,13 @@ TEST_F(AddressSourcesTest, CountTargetsOverAllOptions)
 TEST_F(AddressSourcesTest, NameTheWrongAddressOfARange)
 {
     EXPECT_THAT(reason("a,10.0.0.[254-256]", 5), HasSubstr("option --bmc, address 2: the host"));
+}
+
+TEST_F(AddressSourcesTest, RefuseAListWithPasswordsThatOthersCanRead)
+{
+    EXPECT_THAT(reason(list("a\nu:s3cret@h\n", 0644), 7), HasSubstr("chmod 600 " + folder_.file("list.txt")));
+    entries_.clear();
+    EXPECT_TRUE(AddressSources(multi_command::OpenFiles::Allow).read("bmc", list("u:p@h", 0644), entries_).succeeded());
+    EXPECT_THAT(hosts(), ElementsAre("h"));
+    EXPECT_TRUE(AddressSources().read("bmc", list("u@h", 0644), entries_).succeeded());
 }

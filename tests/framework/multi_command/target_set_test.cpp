@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 using multi_command::buildTargetSet;
 using multi_command::Target;
 using testing::HasSubstr;
@@ -15,6 +17,13 @@ class TargetSet : public testing::Test
 {
   protected:
     KorvanResult build() { return buildTargetSet(context_, targets_); }
+
+    std::string writePrivate(const std::string& name, const std::string& content) const
+    {
+        const std::string path = folder_.write(name, content);
+        std::filesystem::permissions(path, std::filesystem::perms(0600));
+        return path;
+    }
 
     std::vector<std::string> names() const
     {
@@ -111,8 +120,8 @@ TEST_F(TargetSet, TakesRangesOfAListFile)
 {
     context_.options = {
         {"config",
-         folder_.write("t.json",
-                       R"({"targets": [{"kind": "bmc", "address": "n[1-2]:8443", "user": "u", "password": "p"}]})")}};
+         writePrivate("t.json",
+                      R"({"targets": [{"kind": "bmc", "address": "n[1-2]:8443", "user": "u", "password": "p"}]})")}};
     const KorvanResult result = build();
     ASSERT_TRUE(result.succeeded()) << result;
     EXPECT_EQ(names(), (std::vector<std::string>{"n1_8443", "n2_8443"}));
@@ -170,10 +179,20 @@ TEST_F(TargetSet, ReadsALongList)
     {
         lines += "u:p@host-" + std::to_string(number) + ".example:8443 # of many\n";
     }
-    const std::string list = "@" + folder_.write("many.txt", lines);
-    context_.options = {{"bmc", list},
-                        {"exclude", "@" + folder_.write("most.txt", lines.substr(lines.find('\n') + 1))}};
+    const std::string list = "@" + writePrivate("many.txt", lines);
+    context_.options = {{"bmc", list}, {"exclude", "@" + writePrivate("most.txt", lines.substr(lines.find('\n') + 1))}};
     const KorvanResult result = build();
     ASSERT_TRUE(result.succeeded()) << result;
     EXPECT_EQ(names(), (std::vector<std::string>{"host-0.example_8443"}));
+}
+
+TEST_F(TargetSet, HandsOnWhetherOpenFilesAreAllowed)
+{
+    const std::string list = folder_.write("open.txt", "u:s3cret@h\n");
+    std::filesystem::permissions(list, std::filesystem::perms(0644));
+    context_.options = {{"bmc", "@" + list}};
+    EXPECT_EQ(build().code, 7U);
+    context_.options["allow-open-files"] = "";
+    EXPECT_TRUE(build().succeeded());
+    EXPECT_EQ(names(), (std::vector<std::string>{"h"}));
 }
