@@ -89,6 +89,8 @@ const std::vector<OptionDescription>& compareOptions()
          "writes it as JSON."},
         {option::kOutput, Form::Value, kRun, "DIR",
          "The folder for reports and log; without it a new one, logs/Korvan-<date>-<time>."},
+        {option::kResume, Form::Flag, kRun, "",
+         "Runs only the targets that --output holds no SUCCESS folder of; the report covers all."},
         {option::kLog, Form::Number, kRun, "LEVEL",
          "How much the log holds: 1 errors, 2 warnings, 3 information (the default), 4 everything.", 1, 4},
         {option::kVerbose, Form::Flag, kRun, "", "Adds to the tables the columns that explain each decision."},

@@ -56,6 +56,7 @@ constexpr char kOutput[] = "output";
 constexpr char kLog[] = "log";
 constexpr char kVerbose[] = "verbose";
 constexpr char kXml[] = "xml"; // only the legacy installer tool reads it
+constexpr char kResume[] = "resume";
 constexpr char kParallel[] = "parallel";
 constexpr char kConnectTimeout[] = "connect-timeout";
 constexpr char kTargetTimeout[] = "target-timeout";
