@@ -124,6 +124,7 @@ KorvanResult AddressSources::read(const std::string& option, const std::string& 
                                   std::vector<AddressEntry>& entries)
 {
     // The entries are named by their position: their texts may hold passwords.
+    const std::string place = "option --" + option + ", address ";
     std::size_t position = 0;
     for (const std::string& written : splitAddresses(value))
     {
@@ -138,7 +139,7 @@ KorvanResult AddressSources::read(const std::string& option, const std::string& 
             }
             continue;
         }
-        const std::string where = "option --" + option + ", address " + std::to_string(position);
+        const std::string where = place + std::to_string(position);
         std::string reason;
         if (!append(option, where, address, entries, reason))
         {
@@ -191,6 +192,7 @@ KorvanResult AddressSources::readLines(const std::string& option, const std::str
 {
     static constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
     const bool marked = text::startsWith(content, kByteOrderMark);
+    const std::string place = name + ", line ";
     std::size_t number = 0;
     for (const std::string& line : text::split(marked ? content.substr(sizeof kByteOrderMark - 1) : content, '\n'))
     {
@@ -200,7 +202,7 @@ KorvanResult AddressSources::readLines(const std::string& option, const std::str
         {
             continue;
         }
-        const std::string where = name + ", line " + std::to_string(number);
+        const std::string where = place + std::to_string(number);
         std::string reason;
         if (!append(option, where, address, entries, reason))
         {
