@@ -1,3 +1,4 @@
+#include "process_title.h"
 #include "program.h"
 
 #include <string>
@@ -5,5 +6,7 @@
 
 int main(int argc, char** argv)
 {
-    return runProgram(std::vector<std::string>(argv, argv + argc));
+    const std::vector<std::string> words(argv, argv + argc);
+    process_title::hideSecrets(argc, argv);
+    return runProgram(words);
 }

@@ -13,6 +13,8 @@ bin=$root/build/release/bin
 demo=$root/build/demo
 rm -rf "$demo"
 mkdir -p "$demo"
+# A list with passwords is taken only when nobody else can read it, and a checkout's files can be read by all.
+install -m 600 "$root/samples/targets.json" "$demo/targets.json"
 
 # The simulator ends with its standard input, so it does not outlive this script.
 exec {stop}> >(exec "$bin/korvan_simulator" --config "$root/samples/fleet.json" --stop-on-eof \
@@ -29,7 +31,7 @@ if [ ! -s "$demo/ready.json" ]; then
 fi
 
 say "five simulated servers are up: 127.0.0.11 to 127.0.0.15, port 8443"
-command=("$bin/korvan" update compare --config samples/targets.json --cacert "$demo/simulator.pem"
+command=("$bin/korvan" update compare --config build/demo/targets.json --cacert "$demo/simulator.pem"
   --dir samples/repository --output "$demo/results" --pattern "$pattern")
 printf '$ korvan'
 printf ' %q' "${command[@]:1}"

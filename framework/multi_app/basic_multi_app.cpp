@@ -3,6 +3,7 @@
 #include "file_names.h"
 #include "korvan_directory.h"
 #include "log/log_control.h"
+#include "multi_app/earlier_run.h"
 #include "multi_app/multi_configure.h"
 #include "multi_app/output_folder.h"
 #include "multi_app/run_progress.h"
@@ -42,6 +43,12 @@ KorvanResult readConfigure(const UserContext& context, nova::MultiConfigure& con
 {
     configure.parallel = static_cast<std::size_t>(std::max(context.parallel, 1));
     configure.outputDir = context.outputDir;
+    configure.resume = HasOption(context, option::kResume);
+    if (configure.resume && configure.outputDir.empty())
+    {
+        return KorvanResult(kInvalidParameter, std::string("option --") + option::kResume + ": needs --" +
+                                                   option::kOutput + " with the folder of the earlier run");
+    }
     const KorvanResult level = readLogLevel(context, configure.logLevel);
     return level.succeeded() ? multi_command::buildTargetSet(context, configure.targets) : level;
 }
@@ -97,6 +104,10 @@ KorvanResult BasicMultiApp::Initialize(const UserContext& context)
     {
         result = openOutput(*created);
     }
+    if (result.succeeded() && created->resume)
+    {
+        earlier_run::setAside(*created);
+    }
     if (!result.succeeded())
     {
         configure_.reset();
@@ -104,7 +115,8 @@ KorvanResult BasicMultiApp::Initialize(const UserContext& context)
     }
     configure_ = created;
     KORVAN_LOG(3, kSource) << parent_.command << " " << parent_.subCommand << ": " << configure_->targets.size()
-                           << " targets, " << configure_->parallel << " at once, into " << configure_->outputDir;
+                           << " targets, " << configure_->parallel << " at once, into " << configure_->outputDir << ", "
+                           << configure_->doneBefore.size() << " done before";
     return KorvanResult();
 }
 
@@ -142,6 +154,7 @@ KorvanResult BasicMultiApp::Running()
             [this](const nova::ServerInfo& server, const std::string& folder) { return RunTask(server, folder); },
             progress);
     }
+    earlier_run::addResults(*configure_, results);
     std::string failure;
     try
     {

@@ -17,6 +17,8 @@ class MultiConfigure
     std::vector<multi_command::Target> targets;
     std::size_t parallel = 1;
     int logLevel = 0;
-    std::string outputDir; // as the user gave it, empty: a new folder; absolute once it is made
+    bool resume = false;
+    std::vector<multi_command::Target> doneBefore; // not run again, the output directory has their results
+    std::string outputDir;                         // as the user gave it, empty: a new folder; absolute once it is made
 };
 } // namespace nova

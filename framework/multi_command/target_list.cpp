@@ -1,6 +1,8 @@
 #include "multi_command/target_list.h"
 
 #include "files/files.h"
+#include "multi_command/address_range.h"
+#include "multi_command/address_sources.h"
 #include "multi_command/target_address.h"
 #include "option_names.h"
 #include "text/text.h"
@@ -106,16 +108,19 @@ std::string textOf(const Json& entry, const char* key, const std::string& where)
     return found->get<std::string>();
 }
 
-void takeAddress(const Json& entry, const std::string& where, nova::ServerInfo& server)
+std::vector<nova::ServerInfo> addressedServers(const Json& entry, const std::string& kind, std::size_t most,
+                                               const std::string& where)
 {
-    if (server.option == option::kLocal)
+    if (kind == option::kLocal)
     {
         if (entry.contains(kAddress))
         {
             throw ListError{where + "a local target has no \"address\""};
         }
+        nova::ServerInfo server;
+        server.option = kind;
         server.host = "localhost";
-        return;
+        return {server};
     }
     const std::string value = textOf(entry, kAddress, where);
     if (value.empty())
@@ -126,45 +131,48 @@ void takeAddress(const Json& entry, const std::string& where, nova::ServerInfo& 
     {
         throw ListError{where + "user and password have keys of their own; the address holds host and port only"};
     }
-    multi_command::TargetAddress address;
+    std::vector<nova::ServerInfo> servers;
     std::string reason;
-    if (!multi_command::parseTargetAddress(value, address, reason))
+    if (!multi_command::readAddress(value, kind, most, servers, reason))
     {
         throw ListError{where + reason};
     }
-    server.host = address.host;
-    server.port = address.port;
-    server.scheme = address.scheme;
+    return servers;
 }
 
-nova::ServerInfo serverOf(const Json& entry, const std::string& where)
+// The servers of one entry; a range makes several.
+std::vector<nova::ServerInfo> entryServers(const Json& entry, std::size_t most, const std::string& where)
 {
     if (!entry.is_object())
     {
         throw ListError{where + "must be an object"};
     }
     checkKeys(entry, {kKind, kAddress, kUser, kPassword}, where);
-    nova::ServerInfo server;
-    server.option = textOf(entry, kKind, where);
-    if (!isKind(server.option))
+    const std::string kind = textOf(entry, kKind, where);
+    if (!isKind(kind))
     {
         throw ListError{where + "\"kind\" must be bmc, pmx, esxi, cmm, smm or local"};
     }
-    takeAddress(entry, where, server);
-    server.user = textOf(entry, kUser, where);
-    server.password = textOf(entry, kPassword, where);
-    if (!multi_command::isValidUser(server.user))
+    const std::string user = textOf(entry, kUser, where);
+    const std::string password = textOf(entry, kPassword, where);
+    if (!multi_command::isValidUser(user))
     {
         throw ListError{where + "\"user\" holds a ':', a blank or a control character"};
     }
-    if (!multi_command::isValidPassword(server.password))
+    if (!multi_command::isValidPassword(password))
     {
         throw ListError{where + "\"password\" holds a control character"};
     }
-    return server;
+    std::vector<nova::ServerInfo> servers = addressedServers(entry, kind, most, where);
+    for (nova::ServerInfo& server : servers)
+    {
+        server.user = user;
+        server.password = password;
+    }
+    return servers;
 }
 
-std::vector<nova::ServerInfo> serversOf(const std::string& content)
+std::vector<nova::ServerInfo> serversOf(const std::string& content, std::size_t most)
 {
     const Json document = parse(content);
     if (!document.is_object() || !document.contains(kTargets) || !document[kTargets].is_array())
@@ -173,9 +181,12 @@ std::vector<nova::ServerInfo> serversOf(const std::string& content)
     }
     checkKeys(document, {kTargets}, "");
     std::vector<nova::ServerInfo> servers;
+    std::size_t number = 0;
     for (const Json& entry : document[kTargets])
     {
-        servers.push_back(serverOf(entry, "target " + std::to_string(servers.size() + 1) + ": "));
+        const std::string where = "target " + std::to_string(++number) + ": ";
+        const std::vector<nova::ServerInfo> read = entryServers(entry, most - servers.size(), where);
+        servers.insert(servers.end(), read.begin(), read.end());
     }
     return servers;
 }
@@ -183,7 +194,7 @@ std::vector<nova::ServerInfo> serversOf(const std::string& content)
 
 namespace multi_command
 {
-KorvanResult readTargetList(const std::string& path, std::vector<nova::ServerInfo>& servers)
+KorvanResult readTargetList(const std::string& path, std::vector<nova::ServerInfo>& servers, OpenFiles openFiles)
 {
     const std::string name = "target list " + text::visible(path) + ": ";
     std::string content;
@@ -200,7 +211,14 @@ KorvanResult readTargetList(const std::string& path, std::vector<nova::ServerInf
     }
     try
     {
-        const std::vector<nova::ServerInfo> read = serversOf(content);
+        const std::vector<nova::ServerInfo> read =
+            serversOf(content, kMostTargets - std::min(kMostTargets, servers.size()));
+        const bool secret =
+            std::any_of(read.begin(), read.end(), [](const nova::ServerInfo& s) { return !s.password.empty(); });
+        if (secret && openFiles == OpenFiles::Refuse && isReadableByOthers(path))
+        {
+            return KorvanResult(kInvalidFile, name + openFileComplaint(path));
+        }
         servers.insert(servers.end(), read.begin(), read.end());
     }
     catch (const ListError& failure)

@@ -1,73 +1,28 @@
 #include "multi_command/target_set.h"
 
-#include "multi_command/target_address.h"
+#include "multi_command/address_sources.h"
+#include "multi_command/credentials.h"
+#include "multi_command/target_exclusion.h"
 #include "multi_command/target_list.h"
 #include "multi_command/target_name.h"
 #include "option_names.h"
-#include "text/text.h"
 
-#include <set>
+#include <iostream>
+#include <unordered_set>
 
 namespace
 {
 constexpr std::uint32_t kInvalidParameter = 5;
 constexpr const char* kKinds[] = {option::kBmc, option::kPmx, option::kEsxi, option::kCmm, option::kSmm};
 
-// The entries are named by their position: their texts may hold passwords.
-KorvanResult readOption(const std::string& kind, const std::string& value, std::vector<nova::ServerInfo>& servers)
+multi_command::OpenFiles openFiles(const UserContext& context)
 {
-    const std::vector<std::string> entries = text::split(value, ',');
-    for (std::size_t index = 0; index < entries.size(); ++index)
-    {
-        const std::string where = "option --" + kind + ", address " + std::to_string(index + 1) + ": ";
-        multi_command::TargetAddress address;
-        std::string reason;
-        if (!multi_command::parseTargetAddress(text::trim(entries[index]), address, reason))
-        {
-            return KorvanResult(kInvalidParameter, where + reason);
-        }
-        nova::ServerInfo server;
-        server.option = kind;
-        server.user = address.user;
-        server.password = address.password;
-        server.host = address.host;
-        server.port = address.port;
-        server.scheme = address.scheme;
-        servers.push_back(server);
-    }
-    return KorvanResult();
+    return HasOption(context, option::kAllowOpenFiles) ? multi_command::OpenFiles::Allow
+                                                       : multi_command::OpenFiles::Refuse;
 }
 
-KorvanResult readDefaults(const UserContext& context, std::string& user, std::string& password)
+KorvanResult readConfig(const UserContext& context, std::vector<nova::ServerInfo>& servers)
 {
-    user = GetOption(context, option::kBmcUsername, std::string());
-    password = GetOption(context, option::kBmcPassword, std::string());
-    if (!multi_command::isValidUser(user))
-    {
-        return KorvanResult(kInvalidParameter, std::string("option --") + option::kBmcUsername +
-                                                   ": the name holds a ':', a blank or a control character");
-    }
-    if (!multi_command::isValidPassword(password))
-    {
-        return KorvanResult(kInvalidParameter, std::string("option --") + option::kBmcPassword +
-                                                   ": the password holds a control character");
-    }
-    return KorvanResult();
-}
-
-KorvanResult collectServers(const UserContext& context, std::vector<nova::ServerInfo>& servers)
-{
-    for (const char* const kind : kKinds)
-    {
-        if (HasOption(context, kind))
-        {
-            KorvanResult result = readOption(kind, GetOption(context, kind, std::string()), servers);
-            if (!result.succeeded())
-            {
-                return result;
-            }
-        }
-    }
     if (!HasOption(context, option::kConfig))
     {
         return KorvanResult();
@@ -77,15 +32,51 @@ KorvanResult collectServers(const UserContext& context, std::vector<nova::Server
     {
         return KorvanResult(kInvalidParameter, std::string("option --") + option::kConfig + ": names no file");
     }
-    return multi_command::readTargetList(path, servers);
+    return multi_command::readTargetList(path, servers, openFiles(context));
 }
 
-void fillIn(std::string& value, const std::string& defaultValue)
+KorvanResult applyExclusion(const UserContext& context, multi_command::AddressSources& sources,
+                            std::vector<nova::ServerInfo>& servers)
 {
-    if (value.empty())
+    if (!HasOption(context, option::kExclude))
     {
-        value = defaultValue;
+        return KorvanResult();
     }
+    std::vector<multi_command::AddressEntry> entries;
+    sources.countAnew();
+    KorvanResult result = sources.read(option::kExclude, GetOption(context, option::kExclude, std::string()), entries);
+    if (!result.succeeded())
+    {
+        return result;
+    }
+    for (const std::string& complaint : multi_command::exclude(entries, servers))
+    {
+        std::cerr << "korvan: warning: " + complaint + "\n" << std::flush;
+    }
+    return KorvanResult();
+}
+
+KorvanResult collectServers(const UserContext& context, multi_command::AddressSources& sources,
+                            std::vector<nova::ServerInfo>& servers)
+{
+    std::vector<multi_command::AddressEntry> entries;
+    for (const char* const kind : kKinds)
+    {
+        if (HasOption(context, kind))
+        {
+            KorvanResult result = sources.read(kind, GetOption(context, kind, std::string()), entries);
+            if (!result.succeeded())
+            {
+                return result;
+            }
+        }
+    }
+    for (const multi_command::AddressEntry& entry : entries)
+    {
+        servers.insert(servers.end(), entry.servers.begin(), entry.servers.end());
+    }
+    KorvanResult result = readConfig(context, servers);
+    return result.succeeded() ? applyExclusion(context, sources, servers) : result;
 }
 } // namespace
 
@@ -93,24 +84,21 @@ namespace multi_command
 {
 KorvanResult buildTargetSet(const UserContext& context, std::vector<Target>& targets)
 {
-    std::string user;
-    std::string password;
     std::vector<nova::ServerInfo> servers;
-    KorvanResult result = readDefaults(context, user, password);
+    AddressSources sources(openFiles(context));
+    KorvanResult result = collectServers(context, sources, servers);
     if (result.succeeded())
     {
-        result = collectServers(context, servers);
+        result = fillCredentials(context, sources.inputTaken() ? StandardInput::Taken : StandardInput::Free, servers);
     }
     if (!result.succeeded())
     {
         return result;
     }
     std::vector<Target> collected;
-    std::set<std::string> names;
-    for (nova::ServerInfo& server : servers)
+    std::unordered_set<std::string> names;
+    for (const nova::ServerInfo& server : servers)
     {
-        fillIn(server.user, user);
-        fillIn(server.password, password);
         const std::string name = targetName(server);
         if (!names.insert(name).second)
         {

@@ -15,8 +15,10 @@ struct Target
     std::string name; // target_name.h; no two of a set have the same
 };
 
-// Collects the targets of a command line: the options "bmc", "pmx", "esxi", "cmm" and "smm", each a list of addresses
-// separated by commas, then the target list named by "config". "bmc-username" and "bmc-password" fill in what an address
-// does not give. Code 5 for a wrong option or a target named twice, 6 and 7 for the list; then `targets` is left alone.
+// Collects the targets of a command line: the options "bmc", "pmx", "esxi", "cmm" and "smm" (address_sources.h), then the
+// target list named by "config", without what "exclude" takes out; an exclusion that takes nothing is a warning on
+// standard error. Users and passwords that these do not give
+// are filled in (credentials.h). Code 5 for a wrong option or a target named twice, 6 and 7 for a file, 47 when the user
+// breaks off; then `targets` is left alone.
 KorvanResult buildTargetSet(const UserContext& context, std::vector<Target>& targets);
 } // namespace multi_command

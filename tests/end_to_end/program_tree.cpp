@@ -26,7 +26,9 @@ ProgramTree::ProgramTree()
 
 std::string ProgramTree::write(const std::string& name, const std::string& content) const
 {
-    return folder_.write("work/" + name, content);
+    const std::string path = folder_.write("work/" + name, content);
+    fs::permissions(path, fs::owner_read | fs::owner_write); // or a target list with passwords is refused
+    return path;
 }
 
 void ProgramTree::configure(const std::string& name, const std::string& value) const

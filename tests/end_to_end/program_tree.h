@@ -15,7 +15,7 @@ class ProgramTree
     std::string bin(const std::string& name) const { return folder_.file("bin/" + name); }
     std::string file(const std::string& name) const { return folder_.file("work/" + name); }
 
-    // Writes a file of the work folder.
+    // Writes a file of the work folder, readable for its owner alone.
     std::string write(const std::string& name, const std::string& content) const;
 
     // "global.config" beside the program with this one item.

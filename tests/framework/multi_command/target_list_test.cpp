@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 using multi_command::readTargetList;
 using testing::HasSubstr;
 using testing::Not;
@@ -17,7 +19,9 @@ class TargetList : public testing::Test
     KorvanResult read(const std::string& content)
     {
         servers_.clear();
-        return readTargetList(folder_.write("targets.json", content), servers_);
+        const std::string path = folder_.write("targets.json", content);
+        std::filesystem::permissions(path, std::filesystem::perms(0600));
+        return readTargetList(path, servers_);
     }
 
     std::string reason(const std::string& content)
@@ -106,9 +110,35 @@ TEST_F(TargetList, TellsAMissingFileFromOneThatCannotBeRead)
 
 TEST_F(TargetList, SampleIsRead)
 {
-    const KorvanResult result = readTargetList(KORVAN_SOURCE_DIR "/samples/targets.json", servers_);
+    const KorvanResult result =
+        readTargetList(KORVAN_SOURCE_DIR "/samples/targets.json", servers_, multi_command::OpenFiles::Allow);
     ASSERT_TRUE(result.succeeded()) << result;
     ASSERT_EQ(servers_.size(), 5U);
     EXPECT_EQ(servers_[4].host, "127.0.0.15");
     EXPECT_EQ(servers_[4].port, 8443U);
+}
+
+TEST_F(TargetList, IsRefusedWithPasswordsThatOthersCanRead)
+{
+    const std::string path = folder_.write(
+        "open.json", R"({"targets": [{"kind": "bmc", "address": "h", "user": "u", "password": "s3cret"}]})");
+    for (const int mode : {0640, 0604, 0644})
+    {
+        std::filesystem::permissions(path, std::filesystem::perms(mode));
+        const KorvanResult result = readTargetList(path, servers_);
+        EXPECT_EQ(result.code, 7U) << mode;
+        EXPECT_THAT(result.message, HasSubstr("chmod 600 " + path));
+        EXPECT_THAT(result.message, Not(HasSubstr("s3cret")));
+        EXPECT_TRUE(servers_.empty());
+    }
+    EXPECT_TRUE(readTargetList(path, servers_, multi_command::OpenFiles::Allow).succeeded());
+    EXPECT_EQ(servers_.size(), 1U);
+}
+
+TEST_F(TargetList, MayBeOpenWithoutPasswords)
+{
+    const std::string path =
+        folder_.write("open.json", R"({"targets": [{"kind": "bmc", "address": "h", "user": "u"}]})");
+    std::filesystem::permissions(path, std::filesystem::perms(0644));
+    EXPECT_TRUE(readTargetList(path, servers_).succeeded());
 }

@@ -1,0 +1,91 @@
+#include "end_to_end/fleet_fixture.h"
+
+#include <boost/filesystem/operations.hpp>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace
+{
+namespace fs = boost::filesystem;
+using nlohmann::json;
+using Words = std::vector<std::string>;
+} // namespace
+
+constexpr char FleetFixture::kUser[];
+constexpr char FleetFixture::kPassword[];
+constexpr char FleetFixture::kWrongPassword[];
+
+void FleetFixture::serve(const Words& names, const Words& hanging)
+{
+    json controllers = json::array();
+    for (const std::string& name : names)
+    {
+        json controller = {
+            {"name", name},           {"folder", std::string(KORVAN_SOURCE_DIR) + "/samples/servers/" + name},
+            {"address", "127.0.0.1"}, {"port", 0},
+            {"user", kUser},          {"password", kPassword}};
+        if (std::find(hanging.begin(), hanging.end(), name) != hanging.end())
+        {
+            controller["faults"] = json::array({{{"path", ".*"}, {"action", "hang"}}});
+        }
+        controllers.push_back(controller);
+    }
+    const std::string fleet = tree_.write("fleet.json", json{{"controllers", controllers}}.dump(2));
+    simulator_ = std::make_unique<test_support::BackgroundProcess>(
+        KORVAN_SIMULATOR,
+        Words{"--config", fleet, "--cert-out", tree_.file("ca.pem"), "--ready-file", tree_.file("ready.json")});
+    std::string line;
+    while (simulator_->readLine(line, std::chrono::seconds(20)) && line != "ready")
+    {
+        const std::string::size_type blank = line.find(' ');
+        addresses_[line.substr(0, blank)] = line.substr(blank + 1);
+    }
+    ASSERT_EQ(line, "ready");
+}
+
+std::string FleetFixture::address(const std::string& name) const
+{
+    const std::string& url = addresses_.at(name);
+    return url.substr(url.find("://") + 3);
+}
+
+std::string FleetFixture::folder(const std::string& name) const
+{
+    std::string result = address(name);
+    std::replace(result.begin(), result.end(), ':', '_');
+    return result;
+}
+
+Words FleetFixture::compareWords(const Words& more)
+{
+    Words words = {"update",   "compare", "--output", "out",
+                   "--cacert", "ca.pem",  "--dir",    std::string(KORVAN_SOURCE_DIR) + "/samples/repository"};
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+test_support::ProcessOutcome FleetFixture::compare(const Words& more) const
+{
+    return tree_.korvan(compareWords(more));
+}
+
+bool FleetFixture::exists(const std::string& name) const
+{
+    return fs::exists(tree_.file(name));
+}
+
+void FleetFixture::expectNoSecret(const std::string& screen, const std::string& secret) const
+{
+    EXPECT_EQ(screen.find(secret), std::string::npos);
+    std::size_t files = 0;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(tree_.file("out")))
+    {
+        if (fs::is_regular_file(entry.path()))
+        {
+            ++files;
+            EXPECT_EQ(test_support::readFile(entry.path().string()).find(secret), std::string::npos) << entry.path();
+        }
+    }
+    EXPECT_GT(files, 1U);
+}

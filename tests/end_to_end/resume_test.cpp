@@ -1,0 +1,47 @@
+#include "end_to_end/fleet_fixture.h"
+
+#include <nlohmann/json.hpp>
+
+namespace
+{
+using test_support::ProcessOutcome;
+using test_support::readFile;
+
+class ResumedRun : public FleetFixture
+{
+  protected:
+    std::string login(const std::string& name, const std::string& password) const
+    {
+        return "admin:" + password + "@" + address(name);
+    }
+};
+
+TEST_F(ResumedRun, AsksOnlyTheTargetsThatFailedAndReportsAll)
+{
+    serve({"rack-a", "rack-b"});
+    EXPECT_EQ(compare({"--bmc", login("rack-a", kPassword), "--bmc", login("rack-b", kWrongPassword)}).exitStatus, 58);
+    const std::string done = "out/SUCCESS-" + folder("rack-a");
+    const std::string mark = tree_.write(done + "/mark", "of the earlier run");
+    // With a wrong password the first one would fail if it were asked again.
+    const ProcessOutcome outcome = compare({"--bmc", login("rack-a", kWrongPassword), "--bmc",
+                                            login("rack-b", kPassword), "--pattern", "uefi", "--resume"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.out << outcome.err;
+    EXPECT_EQ(readFile(mark), "of the earlier run");
+    EXPECT_TRUE(exists("out/SUCCESS-" + folder("rack-b") + "/Korvan-update-compare.xml"));
+    EXPECT_FALSE(exists("out/FAILURE-" + folder("rack-b")));
+    EXPECT_NE(outcome.out.find(folder("rack-a") + "  OK          0  done in an earlier run"), std::string::npos)
+        << outcome.out;
+    EXPECT_NE(outcome.out.find("2 targets: 2 succeeded"), std::string::npos) << outcome.out;
+    const auto result = nlohmann::json::parse(readFile(tree_.file("out/compare_result.json")));
+    EXPECT_EQ(result["COMPARISON"].size(), 2U);
+    expectNoSecret(outcome.out + outcome.err, kPassword);
+}
+
+TEST_F(ResumedRun, NeedsTheFolderOfTheEarlierOne)
+{
+    const ProcessOutcome outcome = tree_.korvan({"update", "compare", "--bmc", "127.0.0.1", "--resume"});
+    EXPECT_EQ(outcome.exitStatus, 5);
+    EXPECT_NE(outcome.err.find("--resume: needs --output"), std::string::npos) << outcome.err;
+    EXPECT_FALSE(exists("logs"));
+}
+} // namespace
