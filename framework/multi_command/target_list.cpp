@@ -4,6 +4,7 @@
 #include "multi_command/target_address.h"
 #include "option_names.h"
 #include "text/text.h"
+#include "trust/fingerprint.h"
 
 #include <nlohmann/json.hpp>
 
@@ -24,6 +25,8 @@ constexpr char kKind[] = "kind";
 constexpr char kAddress[] = "address";
 constexpr char kUser[] = "user";
 constexpr char kPassword[] = "password";
+constexpr char kFingerprint[] = "fingerprint";
+constexpr char kOldTls[] = "old_tls";
 
 // The library's own texts are not used: they quote what was read last, which may be a password.
 struct ListError
@@ -137,13 +140,36 @@ void takeAddress(const Json& entry, const std::string& where, nova::ServerInfo& 
     server.scheme = address.scheme;
 }
 
+void takeTrust(const Json& entry, const std::string& where, nova::ServerInfo& server)
+{
+    const bool encrypted = server.option != option::kLocal && server.scheme != "http";
+    if (!encrypted && (entry.contains(kFingerprint) || entry.contains(kOldTls)))
+    {
+        throw ListError{where + "\"fingerprint\" and \"old_tls\" are for targets that are reached over https"};
+    }
+    if (entry.contains(kFingerprint))
+    {
+        server.fingerprint = trust::readFingerprint(textOf(entry, kFingerprint, where));
+        if (server.fingerprint.empty())
+        {
+            throw ListError{where + "\"fingerprint\" must be a SHA-256 of 64 hexadecimal digits"};
+        }
+    }
+    const auto oldTls = entry.find(kOldTls);
+    if (oldTls != entry.end() && !oldTls->is_boolean())
+    {
+        throw ListError{where + "\"old_tls\" must be true or false"};
+    }
+    server.oldTls = oldTls != entry.end() && oldTls->get<bool>();
+}
+
 nova::ServerInfo serverOf(const Json& entry, const std::string& where)
 {
     if (!entry.is_object())
     {
         throw ListError{where + "must be an object"};
     }
-    checkKeys(entry, {kKind, kAddress, kUser, kPassword}, where);
+    checkKeys(entry, {kKind, kAddress, kUser, kPassword, kFingerprint, kOldTls}, where);
     nova::ServerInfo server;
     server.option = textOf(entry, kKind, where);
     if (!isKind(server.option))
@@ -151,6 +177,7 @@ nova::ServerInfo serverOf(const Json& entry, const std::string& where)
         throw ListError{where + "\"kind\" must be bmc, pmx, esxi, cmm, smm or local"};
     }
     takeAddress(entry, where, server);
+    takeTrust(entry, where, server);
     server.user = textOf(entry, kUser, where);
     server.password = textOf(entry, kPassword, where);
     if (!multi_command::isValidUser(server.user))

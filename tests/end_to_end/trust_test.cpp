@@ -135,3 +135,30 @@ TEST_F(Trust, IsNotAskedForWhenTheUserDeclines)
     EXPECT_EQ(compare({"--never-check-trust", "--trust-on-first-use"}).exitStatus, 0);
     EXPECT_FALSE(fs::exists(tree_.file("home/.korvan")));
 }
+
+TEST_F(Trust, FollowsTheFingerprintInTheTargetList)
+{
+    serve();
+    ASSERT_EQ(compare({"--trust-on-first-use"}).exitStatus, 0);
+    const std::string right = knownFingerprint();
+    fs::remove(tree_.file(kKnown));
+    const ProcessOutcome accepted = compare({}, {{"fingerprint", right}});
+    EXPECT_EQ(accepted.exitStatus, 0) << accepted.out;
+    const std::string wrong(64, 'a');
+    const ProcessOutcome refused =
+        compare({"--trust-on-first-use", "--cacert", tree_.file("ca.pem")}, {{"fingerprint", wrong}});
+    EXPECT_EQ(refused.exitStatus, kTargetFailed);
+    EXPECT_THAT(refused.out, AllOf(HasSubstr("36"), HasSubstr(right), HasSubstr(wrong)));
+    EXPECT_FALSE(fs::exists(tree_.file(kKnown)));
+}
+
+TEST_F(Trust, SpeaksOldTlsToTheTargetThatMay)
+{
+    serve("", {{"max_tls", "1.0"}});
+    const Texts authority = {"--cacert", tree_.file("ca.pem")};
+    const ProcessOutcome refused = compare(authority);
+    EXPECT_EQ(refused.exitStatus, kTargetFailed);
+    EXPECT_THAT(refused.out, HasSubstr("old_tls"));
+    const ProcessOutcome spoken = compare(authority, {{"old_tls", true}});
+    EXPECT_EQ(spoken.exitStatus, 0) << spoken.out;
+}
