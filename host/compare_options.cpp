@@ -48,6 +48,11 @@ const std::vector<OptionDescription>& compareOptions()
          "Accepts any certificate; without it an untrusted one fails the target."},
         {option::kCaCert, Form::Value, kTargets, "FILE",
          "A PEM file of the certificates to trust instead of the system's."},
+        {option::kKnownControllers, Form::Value, kTargets, "FILE",
+         "The file of controllers trusted by the fingerprint of their certificate; without it "
+         "~/.korvan/known_controllers."},
+        {option::kTrustOnFirstUse, Form::Flag, kTargets, "",
+         "Trusts a controller that is not known yet and adds its fingerprint to that file; a changed one is refused."},
 
         {option::kNoScan, Form::Flag, kScan, "",
          "Scans nothing; --mt, --ostype and --osarch then say what to query for."},

@@ -5,6 +5,7 @@
 #include "nova/server_info.h"
 #include "option_names.h"
 #include "result_codes.h"
+#include "trust/known_controllers.h"
 
 #include <algorithm>
 
@@ -33,6 +34,19 @@ void fillLogin(const UserContext& context, const multi_command::TargetAddress& a
     option.password = address.password.empty() ? GetOption(context, option::kBmcPassword, "") : address.password;
 }
 
+void fillTrust(const UserContext& context, ConnectOption& option)
+{
+    option.caCert = GetOption(context, option::kCaCert, "");
+    option.checkTrust = !HasOption(context, option::kNeverCheckTrust);
+    option.knownControllers = HasOption(context, option::kKnownControllers)
+                                  ? GetOption(context, option::kKnownControllers, "")
+                                  : trust::KnownControllers::usualPath();
+    option.trustOnFirstUse = HasOption(context, option::kTrustOnFirstUse);
+    // One that is none must match nothing instead of being left out.
+    option.fingerprint = GetOption(context, option::kFingerprint, "");
+    option.oldTls = HasOption(context, option::kOldTls);
+}
+
 std::string urlOf(const ConnectOption& option)
 {
     nova::ServerInfo server;
@@ -51,8 +65,7 @@ KorvanResult ConvertUserContextToConnectOption(const UserContext& context, Conne
     ConnectOption filled;
     const std::string kind = connect::connectionOption(context);
     filled.kind = kind.empty() ? option::kLocal : kind;
-    filled.caCert = GetOption(context, option::kCaCert, "");
-    filled.checkTrust = !HasOption(context, option::kNeverCheckTrust);
+    fillTrust(context, filled);
     filled.connectTimeout = std::chrono::seconds(std::max(1, context.connectTimeout));
     filled.targetTimeout = std::chrono::seconds(std::max(1, context.targetTimeout));
     if (filled.kind == option::kLocal)

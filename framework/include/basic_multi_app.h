@@ -71,7 +71,8 @@ class KORVAN_FRAMEWORK_EXPORT BasicMultiApp : public basic_app
 
   protected:
     // A copy of the parent context for one target. With `keepAllTargets` false, called from RunTask, the connection
-    // options that only name other targets are left out, so that the copy leads to no second address.
+    // options that only name other targets are left out, so that the copy leads to no second address, and the target's
+    // own fingerprint and its leave for old TLS are laid in.
     UserContext InheritParentContext(bool keepAllTargets) const;
 
     const UserContext& parentContext() const { return parent_; }

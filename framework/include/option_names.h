@@ -22,6 +22,10 @@ constexpr char kAllowOpenFiles[] = "allow-open-files";
 constexpr char kBmcCimPort[] = "bmc-cim-port";
 constexpr char kNeverCheckTrust[] = "never-check-trust";
 constexpr char kCaCert[] = "cacert";
+constexpr char kKnownControllers[] = "known-controllers";
+constexpr char kTrustOnFirstUse[] = "trust-on-first-use";
+constexpr char kFingerprint[] = "fingerprint"; // set by the framework for the target at hand, not by the user
+constexpr char kOldTls[] = "old-tls";          // the same
 constexpr char kTarn[] = "tarn";
 
 // Scan.

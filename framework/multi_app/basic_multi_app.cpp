@@ -85,6 +85,20 @@ void removeOptionsBeside(UserContext& context, const char* kept)
         }
     }
 }
+// What the target says of itself and its URL cannot hold.
+void layInTarget(UserContext& context, const nova::ServerInfo& server)
+{
+    context.options.erase(option::kFingerprint);
+    context.options.erase(option::kOldTls);
+    if (!server.fingerprint.empty())
+    {
+        context.options[option::kFingerprint] = server.fingerprint;
+    }
+    if (server.oldTls)
+    {
+        context.options[option::kOldTls] = "";
+    }
+}
 } // namespace
 
 BasicMultiApp::BasicMultiApp() = default;
@@ -208,5 +222,6 @@ UserContext BasicMultiApp::InheritParentContext(bool keepAllTargets) const
     // The legacy hand-over keeps a command line with an ESXi address out of the log, so a local target still shows it.
     const bool local = server->option == option::kLocal;
     removeOptionsBeside(context, local ? option::kEsxi : server->option.c_str());
+    layInTarget(context, *server);
     return context;
 }

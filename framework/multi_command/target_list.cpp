@@ -6,6 +6,7 @@
 #include "multi_command/target_address.h"
 #include "option_names.h"
 #include "text/text.h"
+#include "trust/fingerprint.h"
 
 #include <nlohmann/json.hpp>
 
@@ -26,6 +27,8 @@ constexpr char kKind[] = "kind";
 constexpr char kAddress[] = "address";
 constexpr char kUser[] = "user";
 constexpr char kPassword[] = "password";
+constexpr char kFingerprint[] = "fingerprint";
+constexpr char kOldTls[] = "old_tls";
 
 // The library's own texts are not used: they quote what was read last, which may be a password.
 struct ListError
@@ -140,6 +143,29 @@ std::vector<nova::ServerInfo> addressedServers(const Json& entry, const std::str
     return servers;
 }
 
+void takeTrust(const Json& entry, const std::string& where, nova::ServerInfo& server)
+{
+    const bool encrypted = server.option != option::kLocal && server.scheme != "http";
+    if (!encrypted && (entry.contains(kFingerprint) || entry.contains(kOldTls)))
+    {
+        throw ListError{where + "\"fingerprint\" and \"old_tls\" are for targets that are reached over https"};
+    }
+    if (entry.contains(kFingerprint))
+    {
+        server.fingerprint = trust::readFingerprint(textOf(entry, kFingerprint, where));
+        if (server.fingerprint.empty())
+        {
+            throw ListError{where + "\"fingerprint\" must be a SHA-256 of 64 hexadecimal digits"};
+        }
+    }
+    const auto oldTls = entry.find(kOldTls);
+    if (oldTls != entry.end() && !oldTls->is_boolean())
+    {
+        throw ListError{where + "\"old_tls\" must be true or false"};
+    }
+    server.oldTls = oldTls != entry.end() && oldTls->get<bool>();
+}
+
 // The servers of one entry; a range makes several.
 std::vector<nova::ServerInfo> entryServers(const Json& entry, std::size_t most, const std::string& where)
 {
@@ -147,7 +173,7 @@ std::vector<nova::ServerInfo> entryServers(const Json& entry, std::size_t most, 
     {
         throw ListError{where + "must be an object"};
     }
-    checkKeys(entry, {kKind, kAddress, kUser, kPassword}, where);
+    checkKeys(entry, {kKind, kAddress, kUser, kPassword, kFingerprint, kOldTls}, where);
     const std::string kind = textOf(entry, kKind, where);
     if (!isKind(kind))
     {
@@ -168,6 +194,7 @@ std::vector<nova::ServerInfo> entryServers(const Json& entry, std::size_t most, 
     {
         server.user = user;
         server.password = password;
+        takeTrust(entry, where, server);
     }
     return servers;
 }

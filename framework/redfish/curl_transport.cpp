@@ -2,6 +2,8 @@
 
 #include "interrupt.h"
 #include "text/text.h"
+#include "trust/certificate_check.h"
+#include "trust/controller_trust.h"
 
 #include <curl/curl.h>
 
@@ -196,7 +198,10 @@ void initialiseOnce()
 
 struct CurlTransport::State
 {
-    State(const ConnectOption& connectOption, std::size_t bodyLimit) : option(connectOption), largestBody(bodyLimit)
+    State(const ConnectOption& connectOption, std::size_t bodyLimit)
+        : option(connectOption), largestBody(bodyLimit), controllerTrust(connectOption),
+          certificateCheck(connectOption.host, [this](const trust::PresentedCertificate& certificate)
+                           { return controllerTrust.accepts(certificate); })
     {
         initialiseOnce();
         const bool bracketed = option.host.find(':') != std::string::npos;
@@ -216,32 +221,63 @@ struct CurlTransport::State
     State(const State&) = delete;
     State& operator=(const State&) = delete;
 
-    void prepare(const Request& request, const std::string& url, Receiver& receiver, curl_slist*& headers);
-    void prepareTrust();
+    bool prepare(const Request& request, const std::string& url, Receiver& receiver, curl_slist*& headers);
+    void prepareTlsVersion();
+    bool prepareTrust();
     CURLcode run();
 
     ConnectOption option;
     std::size_t largestBody;
     std::string base; // without login and path
+    trust::ControllerTrust controllerTrust;
+    trust::CertificateCheck certificateCheck;
     CURL* easy = nullptr;
     CURLM* multi = nullptr;
     char errorText[CURL_ERROR_SIZE] = {};
 };
 
-void CurlTransport::State::prepareTrust()
+void CurlTransport::State::prepareTlsVersion()
 {
-    curl_easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    const auto oldest = static_cast<long>(option.oldTls ? CURL_SSLVERSION_TLSv1_0 : CURL_SSLVERSION_TLSv1_2);
+    curl_easy_setopt(easy, CURLOPT_SSLVERSION, oldest);
+    if (option.oldTls)
+    {
+        // OpenSSL's higher levels refuse the signatures of the old versions (SSL_CTX_set_security_level(3)).
+        curl_easy_setopt(easy, CURLOPT_SSL_CIPHER_LIST, "DEFAULT:@SECLEVEL=0");
+    }
+}
+
+// False when the target's certificate could not be judged as the option asks; nothing may be sent then.
+bool CurlTransport::State::prepareTrust()
+{
     curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, option.checkTrust ? 1L : 0L);
     curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, option.checkTrust ? 2L : 0L);
-    if (option.checkTrust && !option.caCert.empty())
+    controllerTrust.clearRefusal();
+    if (!option.checkTrust)
+    {
+        return true;
+    }
+    const bool ownFingerprint = !option.fingerprint.empty();
+    if (ownFingerprint)
+    {
+        // No authority counts, so none needs to be there.
+        curl_easy_setopt(easy, CURLOPT_CAINFO, nullptr);
+        curl_easy_setopt(easy, CURLOPT_CAPATH, nullptr);
+    }
+    else if (!option.caCert.empty())
     {
         curl_easy_setopt(easy, CURLOPT_CAINFO, option.caCert.c_str());
         // Without this the system's folder of certificates would count beside the user's file.
         curl_easy_setopt(easy, CURLOPT_CAPATH, nullptr);
     }
+    if (trust::CertificateCheck::available())
+    {
+        return certificateCheck.install(easy) && !(ownFingerprint && option.scheme == "http");
+    }
+    return !ownFingerprint;
 }
 
-void CurlTransport::State::prepare(const Request& request, const std::string& url, Receiver& receiver,
+bool CurlTransport::State::prepare(const Request& request, const std::string& url, Receiver& receiver,
                                    curl_slist*& headers)
 {
     curl_easy_reset(easy); // keeps connections and the TLS session cache
@@ -260,7 +296,7 @@ void CurlTransport::State::prepare(const Request& request, const std::string& ur
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS,
                      std::max<long>(1, static_cast<long>(request.connectLimit.count())));
     curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, std::max<long>(1, static_cast<long>(request.timeLimit.count())));
-    prepareTrust();
+    prepareTlsVersion();
 
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, takeBody);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, &receiver);
@@ -295,6 +331,7 @@ void CurlTransport::State::prepare(const Request& request, const std::string& ur
         curl_easy_setopt(easy, CURLOPT_PASSWORD, option.password.c_str());
     }
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers);
+    return prepareTrust();
 }
 
 // The multi interface instead of curl_easy_perform: that one looks for an interrupt only once a second.
@@ -352,7 +389,14 @@ Exchange CurlTransport::perform(const Request& request)
 
     const std::string url = state_->base + request.path;
     curl_slist* headers = nullptr;
-    state_->prepare(request, url, receiver, headers);
+    if (!state_->prepare(request, url, receiver, headers))
+    {
+        curl_slist_free_all(headers);
+        exchange.fault = TransportFault::Certificate;
+        exchange.refusal = "a fingerprint can be checked only over https, with a libcurl that is built on OpenSSL; "
+                           "correct the target's address or leave out its fingerprint";
+        return exchange;
+    }
     const CURLcode code = state_->run();
 
     CURL* easy = state_->easy;
@@ -374,6 +418,7 @@ Exchange CurlTransport::perform(const Request& request)
     if (exchange.fault != TransportFault::None)
     {
         exchange.detail = state_->errorText[0] != '\0' ? state_->errorText : curl_easy_strerror(code);
+        exchange.refusal = state_->controllerTrust.refusal();
         return exchange;
     }
     resolveLocation(url, receiver.rawLocation, exchange);

@@ -8,8 +8,8 @@
 
 namespace redfish
 {
-// The transport over libcurl: HTTP/1.1 and 1.0, kept-alive connections, gzip and chunked bodies, TLS 1.2 or later with
-// the certificate verified as the option says. Proxies of the environment are not used: management networks are
+// The transport over libcurl: HTTP/1.1 and 1.0, kept-alive connections, gzip and chunked bodies, TLS 1.2 or later (older
+// only when the option asks) with the certificate verified as the option says, before anything is sent. Proxies of the environment are not used: management networks are
 // reached directly, and a login must not pass through a third party.
 class CurlTransport : public Transport
 {

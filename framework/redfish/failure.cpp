@@ -54,6 +54,11 @@ Reply transportFailure(const Exchange& exchange, const std::string& target, cons
         return failure(Fault::Unreachable, result_code::kConnectionFailed, 0, target, stage,
                        "the host name is not known" + detail + "; check the target's address.");
     case TransportFault::Certificate:
+        if (!exchange.refusal.empty())
+        {
+            return failure(Fault::Certificate, result_code::kCertificateNotTrusted, 0, target, stage,
+                           "the service's certificate is not trusted: " + exchange.refusal + ".");
+        }
         return failure(Fault::Certificate, result_code::kCertificateNotTrusted, 0, target, stage,
                        "the service's certificate is not trusted" + detail +
                            "; give the issuer's certificate with --cacert, or --never-check-trust to accept any.");
@@ -71,10 +76,11 @@ Reply transportFailure(const Exchange& exchange, const std::string& target, cons
                            "; check that the address and port are those of the controller's web service, or try "
                            "again when it has restarted.");
     case TransportFault::Tls:
-        return failure(
-            Fault::Unreachable, result_code::kConnectionFailed, 0, target, stage,
-            "no encrypted connection could be set up" + detail +
-                "; check that the port speaks HTTPS with TLS 1.2 or later, or name the target with http://.");
+        return failure(Fault::Unreachable, result_code::kConnectionFailed, 0, target, stage,
+                       "no encrypted connection could be set up" + detail +
+                           "; check that the port speaks HTTPS with TLS 1.2 or later, allow an old controller less "
+                           "with \"old_tls\" "
+                           "in the target list, or name the target with http://.");
     case TransportFault::Unreachable:
     case TransportFault::None:
         break;

@@ -57,7 +57,8 @@ enum class TransportFault
 struct Exchange
 {
     TransportFault fault = TransportFault::None;
-    std::string detail; // the library's words for the fault
+    std::string detail;  // the library's words for the fault
+    std::string refusal; // with Certificate: why it is not trusted and what to do, when that is known better
     int status = 0;
     std::string body;
     std::string location;        // path on the same service; empty when there is none or it leads elsewhere

@@ -156,7 +156,11 @@ TEST(CommandLine, KnowsEveryNameThatTheContractNames)
         const std::size_t name = at + begin.size();
         named.insert(header.substr(name, header.find('"', name) - name));
     }
-    EXPECT_EQ(named.erase(option::kLocal), 1U) << "the framework alone sets it";
+    for (const char* name : {option::kLocal, option::kFingerprint, option::kOldTls})
+    {
+        EXPECT_EQ(named.erase(name), 1U) << name << ": the framework alone sets it";
+        EXPECT_EQ(known.count(name), 0U) << name;
+    }
     EXPECT_EQ(known, named);
 }
 

@@ -84,6 +84,24 @@ TEST(ConnectOptions, HoldTrustAndTimeLimits)
     EXPECT_FALSE(optionOf({{"bmc", "h"}, {"never-check-trust", ""}}).checkTrust);
 }
 
+TEST(ConnectOptions, HoldHowAControllerBecomesKnown)
+{
+    const ConnectOption plain = optionOf({{"bmc", "h"}});
+    EXPECT_THAT(plain.knownControllers, testing::AnyOf("", testing::EndsWith("/.korvan/known_controllers")));
+    EXPECT_FALSE(plain.trustOnFirstUse);
+    EXPECT_EQ("", plain.fingerprint);
+    EXPECT_FALSE(plain.oldTls);
+    const ConnectOption option = optionOf({{"bmc", "h"},
+                                           {"known-controllers", "mine"},
+                                           {"trust-on-first-use", ""},
+                                           {"fingerprint", "ab"},
+                                           {"old-tls", ""}});
+    EXPECT_EQ("mine", option.knownControllers);
+    EXPECT_TRUE(option.trustOnFirstUse);
+    EXPECT_EQ("ab", option.fingerprint);
+    EXPECT_TRUE(option.oldTls);
+}
+
 TEST(ConnectOptions, LocalComesBeforeEveryOtherTarget)
 {
     EXPECT_EQ("local", optionOf({{"local", ""}, {"bmc", "h"}}).kind);

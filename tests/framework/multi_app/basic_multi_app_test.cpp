@@ -256,6 +256,29 @@ TEST_F(BasicMultiAppTest, InheritsNoOptionThatNamesOtherTargets)
     EXPECT_EQ(application.inherited(false).options, context_.options) << "outside of a task";
 }
 
+TEST_F(BasicMultiAppTest, LaysTheTrustOfATargetIntoItsContextAlone)
+{
+    const std::string fingerprint(64, 'a');
+    context_.options = {
+        {"bmc", "h2"},
+        {"config", folder_.write("t.json", R"({"targets": [{"kind": "bmc", "address": "h1", "fingerprint": ")" +
+                                               fingerprint + R"(", "old_tls": true}]})")}};
+    std::mutex mutex;
+    std::map<std::string, std::string> laidIn;
+    TestApplication application(
+        [&](const TestApplication& self, const nova::ServerInfo& server, const std::string&)
+        {
+            const UserContext context = self.inherited(false);
+            const std::lock_guard<std::mutex> lock(mutex);
+            laidIn[server.host] =
+                GetOption(context, "fingerprint", "none") + (HasOption(context, "old-tls") ? " old" : "");
+            return KorvanResult();
+        });
+    EXPECT_TRUE(run(application).succeeded());
+    EXPECT_EQ(laidIn["h1"], fingerprint + " old");
+    EXPECT_EQ(laidIn["h2"], "none");
+}
+
 TEST_F(BasicMultiAppTest, DoesNothingBeforeInitialize)
 {
     TestApplication application(succeed);
