@@ -8,6 +8,7 @@ constexpr int kGenericFailure = 1;
 constexpr int kInvalidApplication = 3; // the command's module cannot be loaded
 constexpr int kInvalidCommand = 4;
 constexpr int kInvalidParameter = 5;
+constexpr int kInvalidFile = 7; // what was checked has errors
 constexpr int kWriteFailure = 11;
 constexpr int kInternalError = 17;
 constexpr int kQuit = 37;

@@ -6,6 +6,7 @@
 #include "explain_command.h"
 #include "list_command.h"
 #include "module_run.h"
+#include "repository_command.h"
 #include "signals.h"
 
 #include <exception>
@@ -23,6 +24,8 @@ constexpr char kHelp[] = R"(Korvan works out which firmware and driver updates a
 
 Usage:
   korvan update compare [options]   compare what the targets have with an update repository
+  korvan repository check DIR       find what is wrong with an update repository
+  korvan repository list DIR        list its packages: id, type, machine types, systems, new versions
   korvan explain CODE               tell what a result code means (decimal, or hexadecimal as 0x1006D)
   korvan list os|arch               list operating systems or architectures: code, name, key
   korvan --version                  print the version
@@ -105,6 +108,10 @@ int dispatch(const Words& words)
     if (command == kUpdate)
     {
         return runUpdate(words);
+    }
+    if (command == "repository")
+    {
+        return repositoryCommand(arguments);
     }
     if (command == "explain")
     {

@@ -23,19 +23,58 @@ constexpr char kAny[] = "*";
 class FormatError : public std::runtime_error
 {
   public:
-    using std::runtime_error::runtime_error;
+    FormatError(std::size_t line, const std::string& reason) : std::runtime_error(reason), line_(line) {}
+
+    std::size_t line() const { return line_; }
+
+  private:
+    std::size_t line_;
 };
 
-// The file being read, for errors that name the line.
+// The file being read, and what is found wrong with it.
 struct Source
 {
     const std::string& content;
-    std::vector<std::string>& warnings;
+    Descriptor& descriptor;
 
     [[noreturn]] void fail(const pugi::xml_node& node, const std::string& reason) const
     {
-        throw FormatError("line " + std::to_string(xml_text::lineOf(node, content)) + ": <" +
-                          text::visible(node.name()) + ">: " + reason);
+        throw FormatError(xml_text::lineOf(node, content), "<" + text::visible(node.name()) + ">: " + reason);
+    }
+
+    void warn(const pugi::xml_node& node, const std::string& text) const
+    {
+        descriptor.warnings.push_back(text);
+        descriptor.problems.push_back({xml_text::lineOf(node, content), false, text});
+    }
+
+    void record(const FormatError& error) const
+    {
+        std::vector<Problem>& problems = descriptor.problems;
+        const auto same = [&error](const Problem& problem)
+        { return problem.line == error.line() && problem.text == error.what(); };
+        if (std::none_of(problems.begin(), problems.end(), same))
+        {
+            problems.push_back({error.line(), true, error.what()});
+        }
+    }
+
+    // Goes on behind a broken rule, so that a user sees all of them at once; a file full of them is given up.
+    template <class Step>
+    void attempt(Step step) const
+    {
+        try
+        {
+            step();
+        }
+        catch (const FormatError& error)
+        {
+            if (descriptor.problems.size() + 1 >= kMaxProblems)
+            {
+                throw;
+            }
+            record(error);
+        }
     }
 };
 
@@ -87,7 +126,7 @@ std::string readIdList(const Source& source, const pugi::xml_node& node)
     }
     for (const std::string& id : ids)
     {
-        checkId(source, node, id);
+        source.attempt([&] { checkId(source, node, id); });
     }
     return text::join(ids, ",");
 }
@@ -127,13 +166,13 @@ void addOs(const Source& source, const pugi::xml_node& node, const std::string& 
     const std::uint32_t code = GetOsTypeCode(value);
     if (code == kUnknownCode)
     {
-        source.warnings.push_back("unknown operating system \"" + text::visible(value) + "\" ignored");
+        source.warn(node, "unknown operating system \"" + text::visible(value) + "\" ignored");
         return;
     }
     result.systems.push_back({code, text::trim(node.attribute("minor").value())});
 }
 
-void addArch(const Source& source, const std::string& value, Applicability& result)
+void addArch(const Source& source, const pugi::xml_node& node, const std::string& value, Applicability& result)
 {
     if (value == kAny)
     {
@@ -143,7 +182,7 @@ void addArch(const Source& source, const std::string& value, Applicability& resu
     const std::uint32_t code = GetOsArchCode(value);
     if (code == kUnknownCode)
     {
-        source.warnings.push_back("unknown architecture \"" + text::visible(value) + "\" ignored");
+        source.warn(node, "unknown architecture \"" + text::visible(value) + "\" ignored");
         return;
     }
     result.archCodes.push_back(code);
@@ -161,7 +200,8 @@ Applicability readApplicability(const Source& source, const pugi::xml_node& root
     for (const pugi::xml_node& entry : node.children())
     {
         const std::string name = entry.name();
-        const std::string value = readText(source, entry);
+        std::string value;
+        source.attempt([&] { value = readText(source, entry); });
         if (value.empty())
         {
             continue;
@@ -180,12 +220,13 @@ Applicability readApplicability(const Source& source, const pugi::xml_node& root
         }
         else if (name == "ARCH")
         {
-            addArch(source, value, result);
+            addArch(source, entry, value, result);
         }
     }
-    readRequired(source, node, "MACHINETYPE");
-    readRequired(source, node, "OS");
-    readRequired(source, node, "ARCH");
+    for (const char* name : {"MACHINETYPE", "OS", "ARCH"})
+    {
+        source.attempt([&] { readRequired(source, node, name); });
+    }
     return result;
 }
 
@@ -194,11 +235,11 @@ service::PackageChild readChild(const Source& source, const pugi::xml_node& node
     service::PackageChild child;
     for (const ChildTextField& field : childTextFields())
     {
-        child.*field.member = readText(source, node.child(field.element));
+        source.attempt([&] { child.*field.member = readText(source, node.child(field.element)); });
     }
-    readRequired(source, node, "SOFTWAREID");
-    readRequired(source, node, "NEWVERSION");
-    child.hexVersion = readBool(source, node, kHexVersionElement, false);
+    source.attempt([&] { readRequired(source, node, "SOFTWAREID"); });
+    source.attempt([&] { readRequired(source, node, "NEWVERSION"); });
+    source.attempt([&] { child.hexVersion = readBool(source, node, kHexVersionElement, false); });
     return child;
 }
 
@@ -238,12 +279,22 @@ void checkPayloadOnDisk(const Source& source, const std::string& directory, cons
     const auto size = std::filesystem::file_size(std::filesystem::path(directory) / info.payloadFile, error);
     if (error)
     {
-        source.warnings.push_back("the payload " + text::visible(info.payloadFile) + " is missing");
+        source.descriptor.warnings.push_back("the payload " + text::visible(info.payloadFile) + " is missing");
     }
     else if (info.payloadSize != 0 && size != info.payloadSize)
     {
-        source.warnings.push_back("the payload " + text::visible(info.payloadFile) + " has " + std::to_string(size) +
-                                  " bytes instead of " + std::to_string(info.payloadSize));
+        source.descriptor.warnings.push_back("the payload " + text::visible(info.payloadFile) + " has " +
+                                             std::to_string(size) + " bytes instead of " +
+                                             std::to_string(info.payloadSize));
+    }
+}
+
+void readPayloadSize(const Source& source, const pugi::xml_node& node, service::PackageInfo& info)
+{
+    const std::string size = readText(source, node);
+    if (!size.empty() && !xml_text::parseUnsigned(size, info.payloadSize))
+    {
+        source.fail(node, "no decimal number of bytes");
     }
 }
 
@@ -257,20 +308,26 @@ void readPayload(const Source& source, const pugi::xml_node& root, const std::st
     info.payloadSha256 = text::toLower(info.payloadSha256);
     if (!info.payloadSha256.empty() && !isSha256(info.payloadSha256))
     {
-        source.fail(root.child("PAYLOADSHA256"), "no SHA-256 digest of 64 hexadecimal digits");
+        source.attempt([&] { source.fail(root.child("PAYLOADSHA256"), "no SHA-256 digest of 64 hexadecimal digits"); });
     }
-    const pugi::xml_node sizeNode = root.child(kPayloadSizeElement);
-    const std::string size = readText(source, sizeNode);
-    if (!size.empty() && !xml_text::parseUnsigned(size, info.payloadSize))
-    {
-        source.fail(sizeNode, "no decimal number of bytes");
-    }
+    readPayloadSize(source, root.child(kPayloadSizeElement), info);
     checkPayloadOnDisk(source, directory, info);
 }
 
 bool isIdListField(const std::string& element)
 {
     return element == "REQUISITE" || element == "PREREQUISITE" || element == "COREQUISITE" || element == "SUPERSEDE";
+}
+
+std::int32_t readType(const Source& source, const pugi::xml_node& root)
+{
+    const std::string type = readRequired(source, root, kTypeElement);
+    const std::int32_t code = typeCode(text::toLower(type));
+    if (code == 0)
+    {
+        source.fail(root.child(kTypeElement), "\"" + text::visible(type) + "\" is none of fw, dd, mm, sw");
+    }
+    return code;
 }
 
 Package readPackage(const Source& source, const pugi::xml_node& root, const std::string& directory,
@@ -281,53 +338,61 @@ Package readPackage(const Source& source, const pugi::xml_node& root, const std:
     for (const PackageTextField& field : packageTextFields())
     {
         const pugi::xml_node node = root.child(field.element);
-        info.*field.member = isIdListField(field.element) ? readIdList(source, node) : readText(source, node);
+        source.attempt(
+            [&]
+            { info.*field.member = isIdListField(field.element) ? readIdList(source, node) : readText(source, node); });
     }
-    checkId(source, root.child(kUpdateIdElement) ? root.child(kUpdateIdElement) : root, info.updateId);
-    readRequired(source, root, "NAME");
-    readRequired(source, root, "PKGVERSION");
+    source.attempt(
+        [&] { checkId(source, root.child(kUpdateIdElement) ? root.child(kUpdateIdElement) : root, info.updateId); });
+    source.attempt([&] { readRequired(source, root, "NAME"); });
+    source.attempt([&] { readRequired(source, root, "PKGVERSION"); });
     info.packageVersion = versionPhrase(info.name, info.packageVersion);
-    const std::string type = readRequired(source, root, kTypeElement);
-    info.type = typeCode(text::toLower(type));
-    if (info.type == 0)
-    {
-        source.fail(root.child(kTypeElement), "\"" + text::visible(type) + "\" is none of fw, dd, mm, sw");
-    }
-    info.agentlessSupport = readBool(source, root, "AGENTLESSSUPPORT", true) ? "true" : "false";
+    source.attempt([&] { info.type = readType(source, root); });
+    source.attempt([&]
+                   { info.agentlessSupport = readBool(source, root, "AGENTLESSSUPPORT", true) ? "true" : "false"; });
     info.packageXml = text::validXml(fileName);
     info.velpakXml.clear();
-    readPayload(source, root, directory, info);
-    readChildren(source, root, info);
-    package.appliesTo = readApplicability(source, root);
+    source.attempt([&] { readPayload(source, root, directory, info); });
+    source.attempt([&] { readChildren(source, root, info); });
+    source.attempt([&] { package.appliesTo = readApplicability(source, root); });
     return package;
+}
+
+void readUpdateIds(const Source& source, const pugi::xml_node& root, Velpak& velpak)
+{
+    std::set<std::string> seen;
+    const pugi::xml_node list = root.child("UPDATEIDS");
+    for (const pugi::xml_node& node : list.children(kUpdateIdElement))
+    {
+        if (seen.size() == kMaxListEntries)
+        {
+            source.fail(node, "more than " + std::to_string(kMaxListEntries) + " update ids");
+        }
+        source.attempt(
+            [&]
+            {
+                const std::string id = readText(source, node);
+                checkId(source, node, id);
+                if (seen.insert(id).second)
+                {
+                    velpak.updateIds.push_back(id);
+                }
+            });
+    }
+    if (!list.child(kUpdateIdElement))
+    {
+        source.fail(root, "no update id; add UPDATEIDS with at least one UPDATEID");
+    }
 }
 
 Velpak readVelpak(const Source& source, const pugi::xml_node& root, const std::string& fileName)
 {
     Velpak velpak;
-    velpak.id = readRequired(source, root, "ID");
-    velpak.releaseDate = readText(source, root.child("RELEASEDATE"));
+    source.attempt([&] { velpak.id = readRequired(source, root, "ID"); });
+    source.attempt([&] { velpak.releaseDate = readText(source, root.child("RELEASEDATE")); });
     velpak.file = text::validXml(fileName);
-    velpak.appliesTo = readApplicability(source, root);
-    std::set<std::string> seen;
-    const pugi::xml_node list = root.child("UPDATEIDS");
-    for (const pugi::xml_node& node : list.children(kUpdateIdElement))
-    {
-        const std::string id = readText(source, node);
-        checkId(source, node, id);
-        if (seen.size() == kMaxListEntries)
-        {
-            source.fail(node, "more than " + std::to_string(kMaxListEntries) + " update ids");
-        }
-        if (seen.insert(id).second)
-        {
-            velpak.updateIds.push_back(id);
-        }
-    }
-    if (velpak.updateIds.empty())
-    {
-        source.fail(root, "no update id; add UPDATEIDS with at least one UPDATEID");
-    }
+    source.attempt([&] { velpak.appliesTo = readApplicability(source, root); });
+    source.attempt([&] { readUpdateIds(source, root, velpak); });
     return velpak;
 }
 
@@ -358,20 +423,31 @@ Descriptor readDescriptor(const std::string& directory, const std::string& fileN
     Descriptor result;
     pugi::xml_document document;
     std::string content;
+    xml_text::LoadTrouble trouble;
     const std::string path = (std::filesystem::path(directory) / fileName).string();
-    if (xml_text::load(path, kMaxDescriptorBytes, document, content, result.error) != xml_text::LoadOutcome::Ok)
+    const Source source{content, result};
+    if (xml_text::load(path, kMaxDescriptorBytes, document, content, trouble) != xml_text::LoadOutcome::Ok)
     {
-        return result;
+        result.problems.push_back({trouble.line, true, trouble.text});
     }
-    const Source source{content, result.warnings};
-    try
+    else
     {
-        readRoot(source, document.document_element(), directory, fileName, result);
+        try
+        {
+            readRoot(source, document.document_element(), directory, fileName, result);
+        }
+        catch (const FormatError& error)
+        {
+            source.record(error);
+        }
     }
-    catch (const FormatError& error)
+    const auto broken = std::find_if(result.problems.begin(), result.problems.end(),
+                                     [](const Problem& problem) { return problem.breaks; });
+    if (broken != result.problems.end())
     {
         result.kind = DescriptorKind::Broken;
-        result.error = error.what();
+        result.error =
+            (broken->line == 0 ? std::string() : "line " + std::to_string(broken->line) + ": ") + broken->text;
     }
     return result;
 }

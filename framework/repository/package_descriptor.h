@@ -15,6 +15,7 @@ constexpr std::size_t kMaxChildren = 1000;
 constexpr std::size_t kMaxListEntries = 1000;
 constexpr std::size_t kMaxTextBytes = 4096;
 constexpr std::size_t kMaxIdBytes = 256;
+constexpr std::size_t kMaxProblems = 100;
 
 struct Package
 {
@@ -40,6 +41,14 @@ enum class DescriptorKind
     Broken,
 };
 
+// One thing that is wrong with a descriptor.
+struct Problem
+{
+    std::size_t line = 0; // from 1; 0: the file as a whole
+    bool breaks = false;  // the descriptor does not count
+    std::string text;
+};
+
 struct Descriptor
 {
     DescriptorKind kind = DescriptorKind::Broken;
@@ -47,6 +56,8 @@ struct Descriptor
     Velpak velpak;
     std::string error;                 // for Foreign and Broken: the reason, with the line where there is one
     std::vector<std::string> warnings; // what was left out of a descriptor that counts
+    std::vector<Problem> problems;     // all that is wrong with the text, at most kMaxProblems that break it; the
+                                       // payload is no part of it
 };
 
 // Reads `directory`/`fileName`. Never throws on what the file holds.

@@ -18,7 +18,6 @@ namespace repository
 namespace
 {
 constexpr char kSource[] = "framework/repository/repository";
-constexpr std::size_t kMaxDescriptors = 100000;
 
 // One directory of the cache; its mutex is held while the directory is read.
 struct Slot
@@ -56,7 +55,8 @@ std::shared_ptr<Slot> slotOf(const std::string& key)
     return slot;
 }
 
-// Names of the descriptor files, sorted. False, with the reason, when the directory cannot be read.
+} // namespace
+
 bool listDescriptors(const std::string& directory, std::vector<std::string>& names, std::string& error)
 {
     std::error_code failure;
@@ -77,15 +77,8 @@ bool listDescriptors(const std::string& directory, std::vector<std::string>& nam
         return false;
     }
     std::sort(names.begin(), names.end());
-    if (names.size() > kMaxDescriptors)
-    {
-        KORVAN_LOG(1, kSource) << directory << ": only the first " << kMaxDescriptors << " of " << names.size()
-                               << " descriptors are read";
-        names.resize(kMaxDescriptors);
-    }
     return true;
 }
-} // namespace
 
 std::shared_ptr<const Repository> Repository::open(const std::string& directory, std::string& error)
 {
@@ -116,6 +109,12 @@ std::shared_ptr<const Repository> Repository::read(const std::string& directory,
     if (!listDescriptors(directory, names, error))
     {
         return nullptr;
+    }
+    if (names.size() > kMaxDescriptors)
+    {
+        KORVAN_LOG(1, kSource) << directory << ": only the first " << kMaxDescriptors << " of " << names.size()
+                               << " descriptors are read";
+        names.resize(kMaxDescriptors);
     }
     auto result = std::make_shared<Repository>();
     for (const std::string& name : names)

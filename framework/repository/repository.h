@@ -10,6 +10,11 @@
 
 namespace repository
 {
+constexpr std::size_t kMaxDescriptors = 100000;
+
+// Names of the descriptor files of a directory, sorted. False, with the reason, when it cannot be read.
+bool listDescriptors(const std::string& directory, std::vector<std::string>& names, std::string& error);
+
 // All descriptors of one directory, in the order of their file names. Never changes once read; any thread may use it.
 class Repository
 {

@@ -22,11 +22,6 @@ std::size_t lineAt(const std::string& content, std::size_t offset)
     return 1 + static_cast<std::size_t>(std::count(content.begin(), end, '\n'));
 }
 
-std::string atLine(std::size_t line, const std::string& text)
-{
-    return "line " + std::to_string(line) + ": " + text;
-}
-
 // Where the first byte stands that is no UTF-8 or no XML character.
 bool findBadByte(const std::string& content, std::size_t& offset)
 {
@@ -40,13 +35,13 @@ bool findBadByte(const std::string& content, std::size_t& offset)
     return true;
 }
 
-bool refuseProlog(const pugi::xml_document& document, const std::string& content, std::string& error)
+bool refuseProlog(const pugi::xml_document& document, const std::string& content, LoadTrouble& trouble)
 {
     for (const pugi::xml_node& node : document.children())
     {
         if (node.type() == pugi::node_doctype)
         {
-            error = atLine(lineOf(node, content), "a document type declaration is not allowed; remove it");
+            trouble = {lineOf(node, content), "a document type declaration is not allowed; remove it"};
             return true;
         }
         if (node.type() == pugi::node_declaration)
@@ -54,7 +49,7 @@ bool refuseProlog(const pugi::xml_document& document, const std::string& content
             const std::string encoding = text::toLower(node.attribute("encoding").value());
             if (!encoding.empty() && encoding != "utf-8" && encoding != "us-ascii")
             {
-                error = "the encoding " + text::visible(encoding) + " is not supported; save the file as UTF-8";
+                trouble = {0, "the encoding " + text::visible(encoding) + " is not supported; save the file as UTF-8"};
                 return true;
             }
         }
@@ -93,25 +88,37 @@ std::string escaped(const std::string& value)
 LoadOutcome load(const std::string& path, std::size_t limit, pugi::xml_document& document, std::string& content,
                  std::string& error)
 {
+    LoadTrouble trouble;
+    const LoadOutcome outcome = load(path, limit, document, content, trouble);
+    if (outcome != LoadOutcome::Ok)
+    {
+        error = trouble.line == 0 ? trouble.text : "line " + std::to_string(trouble.line) + ": " + trouble.text;
+    }
+    return outcome;
+}
+
+LoadOutcome load(const std::string& path, std::size_t limit, pugi::xml_document& document, std::string& content,
+                 LoadTrouble& trouble)
+{
     switch (files::read(path, limit, content))
     {
     case files::ReadOutcome::Ok:
         break;
     case files::ReadOutcome::Missing:
-        error = "no such file";
+        trouble = {0, "no such file"};
         return LoadOutcome::Missing;
     case files::ReadOutcome::Unreadable:
-        error = "cannot be read as a file";
+        trouble = {0, "cannot be read as a file"};
         return LoadOutcome::Unreadable;
     case files::ReadOutcome::TooLarge:
-        error = "larger than the limit of " + std::to_string(limit) + " bytes";
+        trouble = {0, "larger than the limit of " + std::to_string(limit) + " bytes"};
         return LoadOutcome::Unreadable;
     }
     std::size_t badOffset = 0;
     if (findBadByte(content, badOffset))
     {
-        error = atLine(lineAt(content, badOffset),
-                       "byte " + std::to_string(badOffset) + " is no valid UTF-8 text; save the file as UTF-8");
+        trouble = {lineAt(content, badOffset),
+                   "byte " + std::to_string(badOffset) + " is no valid UTF-8 text; save the file as UTF-8"};
         return LoadOutcome::Malformed;
     }
     const pugi::xml_parse_result parsed =
@@ -119,11 +126,11 @@ LoadOutcome load(const std::string& path, std::size_t limit, pugi::xml_document&
     if (!parsed)
     {
         const auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(parsed.offset, 0));
-        error = atLine(lineAt(content, offset),
-                       std::string(parsed.description()) + " (at byte " + std::to_string(offset) + ")");
+        trouble = {lineAt(content, offset),
+                   std::string(parsed.description()) + " (at byte " + std::to_string(offset) + ")"};
         return LoadOutcome::Malformed;
     }
-    return refuseProlog(document, content, error) ? LoadOutcome::Malformed : LoadOutcome::Ok;
+    return refuseProlog(document, content, trouble) ? LoadOutcome::Malformed : LoadOutcome::Ok;
 }
 
 std::size_t lineOf(const pugi::xml_node& node, const std::string& content)

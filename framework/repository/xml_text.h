@@ -26,6 +26,15 @@ enum class LoadOutcome
 LoadOutcome load(const std::string& path, std::size_t limit, pugi::xml_document& document, std::string& content,
                  std::string& error);
 
+// Why a file could not be loaded, for callers that show the line on its own.
+struct LoadTrouble
+{
+    std::size_t line = 0; // from 1; 0: the file as a whole
+    std::string text;
+};
+LoadOutcome load(const std::string& path, std::size_t limit, pugi::xml_document& document, std::string& content,
+                 LoadTrouble& trouble);
+
 // The line, from 1, of a node within what was loaded.
 std::size_t lineOf(const pugi::xml_node& node, const std::string& content);
 
