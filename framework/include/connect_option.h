@@ -18,4 +18,6 @@ struct ConnectOption
     bool checkTrust = true; // false: any certificate will do
     std::chrono::seconds connectTimeout{20};
     std::chrono::seconds targetTimeout{900}; // for everything asked of this target
+    std::uint32_t ipmiPort = 623;
+    std::int32_t ipmiCipherSuite = -1; // negative: the usual ones in turn
 };
