@@ -9,6 +9,7 @@ packages=(
   libcurl4-openssl-dev libssl-dev zlib1g-dev
   nlohmann-json3-dev libcli11-dev libspdlog-dev libpugixml-dev
   libgtest-dev libgmock-dev libxml2-utils binutils
+  ipmitool openipmi
 )
 
 say() { printf '== %s\n' "$*"; }

@@ -1,4 +1,6 @@
 #include "korvan_connect.h"
+
+#include "ipmi/controller_product.h"
 #include "option_names.h"
 #include "redfish/client.h"
 #include "redfish/service_reader.h"
@@ -74,7 +76,22 @@ KorvanResult FetchCIMConnectionList(const UserContext& context, std::vector<Conn
     return unavailable(context, "CIM", result_code::kNoCimService);
 }
 
-KorvanResult FetchIPMIConnectionList(const UserContext& context, std::vector<ConnectionInfo>& /*connections*/)
+KorvanResult FetchIPMIConnectionList(const UserContext& context, std::vector<ConnectionInfo>& connections)
 {
-    return unavailable(context, "IPMI", result_code::kIpmiSessionFailed);
+    ConnectionInfo info;
+    info.protocol = Protocol::Ipmi;
+    KorvanResult result = remoteOption(context, "IPMI", info.option);
+    if (!result.succeeded())
+    {
+        return result;
+    }
+    ipmi::Product product;
+    result = ipmi::readProduct(info.option, product);
+    if (!result.succeeded())
+    {
+        KORVAN_LOG(2, kSource) << result.messageText();
+        return result;
+    }
+    connections.push_back(info);
+    return result;
 }

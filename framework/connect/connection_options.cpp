@@ -8,6 +8,8 @@
 #include "trust/known_controllers.h"
 
 #include <algorithm>
+#include <charconv>
+#include <system_error>
 
 namespace connect
 {
@@ -26,6 +28,9 @@ std::string connectionOption(const UserContext& context)
 
 namespace
 {
+constexpr std::int32_t kHighestPort = 65535;
+constexpr std::int32_t kHighestCipherSuite = 17; // IPMI 2.0, table 22-20
+
 void fillLogin(const UserContext& context, const multi_command::TargetAddress& address, ConnectOption& option)
 {
     const bool named = !address.user.empty();
@@ -45,6 +50,44 @@ void fillTrust(const UserContext& context, ConnectOption& option)
     // One that is none must match nothing instead of being left out.
     option.fingerprint = GetOption(context, option::kFingerprint, "");
     option.oldTls = HasOption(context, option::kOldTls);
+}
+
+// False when the option is given and no number within the bounds.
+template <class Number>
+bool takeNumber(const UserContext& context, const char* name, std::int32_t low, std::int32_t high, Number& number)
+{
+    if (!HasOption(context, name))
+    {
+        return true;
+    }
+    const std::string value = GetOption(context, name, "");
+    std::int32_t read = 0;
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), read);
+    if (error != std::errc() || end != value.data() + value.size() || read < low || read > high)
+    {
+        return false;
+    }
+    number = static_cast<Number>(read);
+    return true;
+}
+
+KorvanResult wrongNumber(const char* name, std::int32_t low, std::int32_t high)
+{
+    return KorvanResult(result_code::kInvalidAddress, std::string("--") + name + " must be a number from " +
+                                                          std::to_string(low) + " to " + std::to_string(high) + ".");
+}
+
+KorvanResult fillOtherProtocols(const UserContext& context, ConnectOption& option)
+{
+    if (!takeNumber(context, option::kIpmiPort, 1, kHighestPort, option.ipmiPort))
+    {
+        return wrongNumber(option::kIpmiPort, 1, kHighestPort);
+    }
+    if (!takeNumber(context, option::kIpmiCipherSuite, 0, kHighestCipherSuite, option.ipmiCipherSuite))
+    {
+        return wrongNumber(option::kIpmiCipherSuite, 0, kHighestCipherSuite);
+    }
+    return KorvanResult();
 }
 
 std::string urlOf(const ConnectOption& option)
@@ -87,6 +130,7 @@ KorvanResult ConvertUserContextToConnectOption(const UserContext& context, Conne
     filled.port = address.port;
     fillLogin(context, address, filled);
     filled.address = urlOf(filled);
+    KorvanResult result = fillOtherProtocols(context, filled);
     option = filled;
-    return KorvanResult();
+    return result;
 }

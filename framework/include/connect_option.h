@@ -22,4 +22,6 @@ struct ConnectOption
     bool trustOnFirstUse = false;            // an unknown controller's fingerprint goes into that file
     std::string fingerprint; // SHA-256 of the one certificate to trust, lower-case hex; empty: none is set
     bool oldTls = false;     // TLS 1.0 and 1.1 and their ciphers will do
+    std::uint32_t ipmiPort = 623;
+    std::int32_t ipmiCipherSuite = -1; // negative: the usual ones in turn
 };

@@ -38,7 +38,8 @@ struct ConnectionInfo
 // In-band when the context names the local system or no target at all, out-of-band otherwise.
 KORVAN_FRAMEWORK_EXPORT ConnectMode FetchConnectionMode(const UserContext& context);
 
-// Fills the connection settings from a per-target context. Code 56 when the context's address cannot be read, else 0.
+// Fills the connection settings from a per-target context. Code 56 when the context's address or a port
+// option cannot be read, else 0.
 KORVAN_FRAMEWORK_EXPORT KorvanResult ConvertUserContextToConnectOption(const UserContext& context,
                                                                        ConnectOption& option);
 

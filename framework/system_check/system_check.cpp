@@ -1,6 +1,7 @@
 #include "system_check.h"
 
 #include "directory/program_directory.h"
+#include "ipmi/controller_product.h"
 #include "option_names.h"
 #include "redfish/client.h"
 #include "redfish/service_reader.h"
@@ -26,6 +27,33 @@ bool readOverRest(const ConnectOption& option, redfish::Identity& identity)
         KORVAN_LOG(2, kSource) << result.messageText();
     }
     return !identity.machineType.empty();
+}
+
+bool readOverIpmi(const ConnectOption& option, redfish::Identity& identity)
+{
+    ipmi::Product product;
+    const KorvanResult result = ipmi::readProduct(option, product);
+    if (!result.succeeded())
+    {
+        KORVAN_LOG(2, kSource) << result.messageText();
+    }
+    identity.machineType = ipmi::machineTypeOf(product);
+    identity.model = product.name;
+    return !identity.machineType.empty();
+}
+
+bool readOver(const XModule::XModuleConnection::ConnectionInfo& connection, redfish::Identity& identity)
+{
+    switch (connection.protocol)
+    {
+    case XModule::XModuleConnection::Protocol::Rest:
+        return readOverRest(connection.option, identity);
+    case XModule::XModuleConnection::Protocol::Ipmi:
+        return readOverIpmi(connection.option, identity);
+    case XModule::XModuleConnection::Protocol::Cim:
+        break;
+    }
+    return false;
 }
 } // namespace
 
@@ -62,24 +90,16 @@ int SystemCheck::IsCfcSystem(const std::string& machineType) const
 
 SystemCheck::ErrorCode SystemCheck::GetMachineType(std::pair<std::string, std::string>& machineType) const
 {
-    bool asked = false;
     for (const XModuleConnection::ConnectionInfo& connection : connections_)
     {
-        if (connection.protocol != XModuleConnection::Protocol::Rest)
-        {
-            KORVAN_LOG(2, kSource) << redfish::targetName(connection.option)
-                                   << ": only REST connections can be asked for the machine type";
-            continue;
-        }
-        asked = true;
         redfish::Identity identity;
-        if (readOverRest(connection.option, identity))
+        if (readOver(connection, identity))
         {
             machineType = {identity.machineType, identity.model};
             return kSuccess;
         }
     }
-    return asked ? kNoMachineType : kNoConnection;
+    return connections_.empty() ? kNoConnection : kNoMachineType;
 }
 } // namespace XModule
 

@@ -1,3 +1,4 @@
+#include "framework/ipmi/simulated_ipmi.h"
 #include "framework/redfish/simulated_controller.h"
 #include "interrupt.h"
 #include "korvan_connect.h"
@@ -18,6 +19,13 @@ UserContext contextFor(const std::string& option, const std::string& value)
     UserContext context;
     context.options[option] = value;
     context.options["never-check-trust"] = "";
+    return context;
+}
+
+UserContext ipmiContext(unsigned port, const std::string& password)
+{
+    UserContext context = contextFor("bmc", std::string(SimulatedIpmi::kUser) + ":" + password + "@127.0.0.1");
+    context.options["ipmi-port"] = std::to_string(port);
     return context;
 }
 
@@ -67,18 +75,51 @@ TEST(RestConnections, AreNotMadeToTheLocalSystem)
     EXPECT_FALSE(result.message.empty());
 }
 
-TEST(OtherConnections, SayThatTheyAreNotAvailable)
+TEST(CimConnections, SayThatTheyAreNotAvailable)
 {
     std::vector<ConnectionInfo> connections;
-    const UserContext context = contextFor("bmc", "u:Hidden-1@192.0.2.7");
-    const KorvanResult cim = FetchCIMConnectionList(context, connections);
-    const KorvanResult ipmi = FetchIPMIConnectionList(context, connections);
-    EXPECT_EQ(66U, cim.number());
-    EXPECT_EQ(63U, ipmi.number());
-    for (const KorvanResult& result : {cim, ipmi})
-    {
-        EXPECT_THAT(result.message, HasSubstr("192.0.2.7"));
-        EXPECT_THAT(result.message, Not(HasSubstr("Hidden-1")));
-    }
+    const KorvanResult result = FetchCIMConnectionList(contextFor("bmc", "u:Hidden-1@192.0.2.7"), connections);
+    EXPECT_EQ(66U, result.number());
+    EXPECT_THAT(result.message, HasSubstr("192.0.2.7"));
+    EXPECT_THAT(result.message, Not(HasSubstr("Hidden-1")));
     EXPECT_TRUE(connections.empty());
+}
+
+TEST(IpmiConnections, HoldTheOneThatWorks)
+{
+    const SimulatedIpmi controller("Node X20", "7X20CTO1WW");
+    std::vector<ConnectionInfo> connections;
+    const KorvanResult result =
+        FetchIPMIConnectionList(ipmiContext(controller.port(), SimulatedIpmi::kPassword), connections);
+    EXPECT_EQ(0U, result.number()) << result;
+    ASSERT_EQ(1U, connections.size());
+    EXPECT_EQ(Protocol::Ipmi, connections[0].protocol);
+    EXPECT_EQ(controller.port(), connections[0].option.ipmiPort);
+}
+
+TEST(IpmiConnections, AreEmptyWithTheReasonWhenTheLoginIsRefused)
+{
+    const SimulatedIpmi controller("Node X20", "7X20CTO1WW");
+    std::vector<ConnectionInfo> connections;
+    const KorvanResult wrong = FetchIPMIConnectionList(ipmiContext(controller.port(), "Hidden-1"), connections);
+    EXPECT_EQ(63U, wrong.number()) << wrong;
+    EXPECT_THAT(wrong.message, HasSubstr("127.0.0.1"));
+    EXPECT_THAT(wrong.message, Not(HasSubstr("Hidden-1")));
+    EXPECT_EQ(51U, FetchIPMIConnectionList(ipmiContext(controller.port(), std::string(21, 'p')), connections).number());
+    EXPECT_TRUE(connections.empty());
+}
+
+TEST(IpmiConnections, FailInTimeWhereNobodyAnswers)
+{
+    std::vector<ConnectionInfo> connections;
+    UserContext context = ipmiContext(freeUdpPort(), "p");
+    context.connectTimeout = 1;
+    EXPECT_EQ(18U, FetchIPMIConnectionList(context, connections).number());
+    EXPECT_TRUE(connections.empty());
+}
+
+TEST(IpmiConnections, AreNotMadeToTheLocalSystem)
+{
+    std::vector<ConnectionInfo> connections;
+    EXPECT_EQ(25U, FetchIPMIConnectionList(contextFor("local", ""), connections).number());
 }

@@ -119,3 +119,28 @@ TEST(ConnectOptions, AnAddressThatCannotBeReadNamesTheOptionAndNoPassword)
     EXPECT_THAT(result.message, Not(HasSubstr("Hidden-1")));
     EXPECT_EQ("cmm", option.kind);
 }
+
+TEST(ConnectOptions, TakeThePortAndCipherSuiteOfIpmi)
+{
+    EXPECT_EQ(623U, optionOf({{"bmc", "h"}}).ipmiPort);
+    EXPECT_GT(0, optionOf({{"bmc", "h"}}).ipmiCipherSuite);
+    const ConnectOption option = optionOf({{"bmc", "h:443"}, {"ipmi-port", "7623"}, {"ipmi-cipher-suite", "17"}});
+    EXPECT_EQ(443U, option.port);
+    EXPECT_EQ(7623U, option.ipmiPort);
+    EXPECT_EQ(17, option.ipmiCipherSuite);
+}
+
+TEST(ConnectOptions, RefuseAPortOrCipherSuiteOutOfBounds)
+{
+    for (const char* name : {"ipmi-port", "ipmi-cipher-suite"})
+    {
+        for (const char* value : {"", "-1", "65536", "3x", " 3", "99999999999999999999"})
+        {
+            ConnectOption option;
+            const KorvanResult result =
+                ConvertUserContextToConnectOption(contextOf({{"bmc", "h"}, {name, value}}), option);
+            EXPECT_EQ(56U, result.number()) << name << " " << value;
+            EXPECT_THAT(result.message, HasSubstr(std::string("--") + name));
+        }
+    }
+}

@@ -1,6 +1,7 @@
 #include "system_check.h"
 
 #include "directory/program_directory.h"
+#include "framework/ipmi/simulated_ipmi.h"
 #include "framework/redfish/simulated_controller.h"
 #include "interrupt.h"
 #include "support/scratch_folder.h"
@@ -71,6 +72,41 @@ TEST(SystemCheck, AsksTheConnectionsFirstToLast)
     EXPECT_EQ("Node Z90", machineType.second);
     EXPECT_EQ(SystemCheck::kNoMachineType, SystemCheck({dead}, "", "", "", "").GetMachineType(machineType));
     EXPECT_EQ(SystemCheck::kNoConnection, SystemCheck("", "", "", "").GetMachineType(machineType));
+}
+
+TEST(SystemCheck, FindsTheMachineTypeOverIpmiAfterRestAndCimFailed)
+{
+    interrupt::reset();
+    const SimulatedIpmi controller("Node X20", "7X20CTO1WW");
+    UserContext context;
+    context.connectTimeout = 2;
+    context.options["bmc"] =
+        std::string(SimulatedIpmi::kUser) + ":" + SimulatedIpmi::kPassword + "@127.0.0.1:" + std::to_string(freePort());
+    context.options["ipmi-port"] = std::to_string(controller.port());
+    std::vector<ConnectionInfo> connections;
+    ASSERT_FALSE(GetRESTConnectionList(context, connections).succeeded());
+    ASSERT_FALSE(FetchCIMConnectionList(context, connections).succeeded());
+    ASSERT_TRUE(connections.empty());
+    ASSERT_TRUE(FetchIPMIConnectionList(context, connections).succeeded());
+    std::pair<std::string, std::string> machineType;
+    EXPECT_EQ(SystemCheck::kSuccess, SystemCheck(connections, "", "", "", "").GetMachineType(machineType));
+    EXPECT_EQ("7X20", machineType.first);
+    EXPECT_EQ("Node X20", machineType.second);
+}
+
+TEST(SystemCheck, FindsNoMachineTypeOverIpmiWithoutAFru)
+{
+    interrupt::reset();
+    const SimulatedIpmi controller;
+    ConnectionInfo info;
+    info.protocol = XModule::XModuleConnection::Protocol::Ipmi;
+    info.option.host = "127.0.0.1";
+    info.option.ipmiPort = controller.port();
+    info.option.user = SimulatedIpmi::kUser;
+    info.option.password = SimulatedIpmi::kPassword;
+    std::pair<std::string, std::string> machineType;
+    EXPECT_EQ(SystemCheck::kNoMachineType, SystemCheck({info}, "", "", "", "").GetMachineType(machineType));
+    EXPECT_EQ("", machineType.first);
 }
 
 TEST(CfcSystem, IsOneWhoseStatedMachineTypeStandsInTheListBesideTheProgram)
