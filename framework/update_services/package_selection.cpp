@@ -96,6 +96,9 @@ class Selector
         ComparedChildren compared = compareChildren(info, installed_, options_, forced);
         decision.reason = decision.excluded ? UnselectedReason::Excluded : compared.reason;
         decision.detected = compared.detected;
+        decision.nothingToDo = compared.reason == UnselectedReason::UpToDate ||
+                               compared.reason == UnselectedReason::InstalledNewer ||
+                               compared.reason == UnselectedReason::NotDetected;
 
         ComparedPackage package;
         package.package = info;

@@ -59,8 +59,7 @@ bool selected(const Decision& decision)
 // A device that the target lacks asks for nothing: bundles name the requisites of all their variants.
 bool met(const Decision& decision)
 {
-    return selected(decision) || decision.reason == UnselectedReason::UpToDate ||
-           decision.reason == UnselectedReason::InstalledNewer || decision.reason == UnselectedReason::NotDetected;
+    return selected(decision) || decision.nothingToDo;
 }
 
 UnselectedReason unmetReason(const Need& need)

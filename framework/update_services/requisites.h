@@ -21,6 +21,7 @@ struct Decision
     bool excluded = false;
     bool forcedById = false;
     bool detected = false;
+    bool nothingToDo = false; // by its versions alone: as new is installed, or there is no device for it
 };
 
 enum class NeedKind
