@@ -7,12 +7,50 @@
 #include "result_codes.h"
 #include "xmodule_log.h"
 
+#include <mutex>
+#include <set>
+
 using XModule::XModuleConnection::ConnectionInfo;
 using XModule::XModuleConnection::Protocol;
 
 namespace
 {
 constexpr char kSource[] = "framework/connect/connection_lists";
+
+// Controllers whose certificate was refused in this run. Another may be answering in their place, and the login of IPMI
+// lets whoever answers guess at the password at leisure.
+class RefusedControllers
+{
+  public:
+    void remember(const std::string& target, bool refused)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (refused)
+        {
+            targets_.insert(target);
+        }
+        else
+        {
+            targets_.erase(target);
+        }
+    }
+
+    bool contains(const std::string& target) const
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return targets_.count(target) != 0;
+    }
+
+  private:
+    mutable std::mutex mutex_;
+    std::set<std::string> targets_;
+};
+
+RefusedControllers& refusedControllers()
+{
+    static RefusedControllers controllers;
+    return controllers;
+}
 
 KorvanResult notLocal(const std::string& protocol)
 {
@@ -62,6 +100,7 @@ KorvanResult GetRESTConnectionList(const UserContext& context, std::vector<Conne
     {
         result = redfish::checkLogin(client, root);
     }
+    refusedControllers().remember(redfish::targetName(info.option), result.code == result_code::kCertificateNotTrusted);
     if (!result.succeeded())
     {
         KORVAN_LOG(2, kSource) << result.messageText();
@@ -84,6 +123,12 @@ KorvanResult FetchIPMIConnectionList(const UserContext& context, std::vector<Con
     if (!result.succeeded())
     {
         return result;
+    }
+    if (refusedControllers().contains(redfish::targetName(info.option)))
+    {
+        return KorvanResult(result_code::kCertificateNotTrusted,
+                            redfish::targetName(info.option) +
+                                ": not asked over IPMI, since its certificate is not trusted.");
     }
     ipmi::Product product;
     result = ipmi::readProduct(info.option, product);

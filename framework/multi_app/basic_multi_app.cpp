@@ -11,6 +11,7 @@
 #include "multi_app/target_pool.h"
 #include "multi_app/target_task.h"
 #include "option_names.h"
+#include "result_codes.h"
 #include "text/text.h"
 #include "xmodule_log.h"
 
@@ -23,17 +24,15 @@
 namespace
 {
 constexpr char kSource[] = "framework/multi_app/basic_multi_app";
-constexpr std::uint32_t kInvalidParameter = 5;
-constexpr std::uint32_t kFolderFailure = 8;
-constexpr std::uint32_t kInternalError = 17;
 
 KorvanResult readLogLevel(const UserContext& context, int& level)
 {
     const std::string value = GetOption(context, option::kLog, "3");
     if (value.size() != 1 || value[0] < '1' || value[0] > '4')
     {
-        return KorvanResult(kInvalidParameter, std::string("option --") + option::kLog +
-                                                   ": the level must be 1 (errors), 2, 3 or 4 (everything)");
+        return KorvanResult(result_code::kInvalidParameter,
+                            std::string("option --") + option::kLog +
+                                ": the level must be 1 (errors), 2, 3 or 4 (everything)");
     }
     level = value[0] - '0';
     return KorvanResult();
@@ -46,8 +45,9 @@ KorvanResult readConfigure(const UserContext& context, nova::MultiConfigure& con
     configure.resume = HasOption(context, option::kResume);
     if (configure.resume && configure.outputDir.empty())
     {
-        return KorvanResult(kInvalidParameter, std::string("option --") + option::kResume + ": needs --" +
-                                                   option::kOutput + " with the folder of the earlier run");
+        return KorvanResult(result_code::kInvalidParameter, std::string("option --") + option::kResume + ": needs --" +
+                                                                option::kOutput +
+                                                                " with the folder of the earlier run");
     }
     const KorvanResult level = readLogLevel(context, configure.logLevel);
     return level.succeeded() ? multi_command::buildTargetSet(context, configure.targets) : level;
@@ -62,13 +62,14 @@ KorvanResult openOutput(nova::MultiConfigure& configure)
                                    : output_folder::make(KorvanDirectory::GetFullPath(path), error);
     if (!made)
     {
-        return KorvanResult(kFolderFailure, "cannot make the output directory " + text::visible(path) + ": " + error);
+        return KorvanResult(result_code::kCreateDirectoryFailed,
+                            "cannot make the output directory " + text::visible(path) + ": " + error);
     }
     configure.outputDir = KorvanDirectory::GetFullPath(path);
     const std::string log = configure.outputDir + "/" + file_name::kLog;
     if (!log_control::open(log, configure.logLevel, error))
     {
-        return KorvanResult(kFolderFailure,
+        return KorvanResult(result_code::kCreateDirectoryFailed,
                             "cannot write to the output directory: " + text::visible(log) + ": " + error);
     }
     KorvanDirectory::setOutputDir(configure.outputDir);
@@ -111,7 +112,7 @@ KorvanResult BasicMultiApp::Initialize(const UserContext& context)
     if (!created)
     {
         configure_.reset();
-        return KorvanResult(kInternalError, "the run's configuration was not made");
+        return KorvanResult(result_code::kInternalError, "the run's configuration was not made");
     }
     KorvanResult result = created->status;
     if (result.succeeded())
@@ -149,7 +150,7 @@ boost::shared_ptr<nova::MultiConfigure> BasicMultiApp::CreateConfigure()
     catch (const std::exception& failure)
     {
         auto failed = boost::make_shared<nova::MultiConfigure>();
-        failed->status = KorvanResult(kInternalError, failure.what());
+        failed->status = KorvanResult(result_code::kInternalError, failure.what());
         return failed;
     }
 }
@@ -158,7 +159,7 @@ KorvanResult BasicMultiApp::Running()
 {
     if (!configure_)
     {
-        return KorvanResult(kInternalError, "the run was not initialized");
+        return KorvanResult(result_code::kInternalError, "the run was not initialized");
     }
     std::map<std::string, KorvanResult> results;
     {
@@ -190,7 +191,7 @@ KorvanResult BasicMultiApp::Running()
     std::cout << std::flush;
     const KorvanResult summary = SummarizeResult(results);
     // A run whose report is missing is no success, whatever its targets say.
-    return summary.succeeded() && !failure.empty() ? KorvanResult(kInternalError, failure) : summary;
+    return summary.succeeded() && !failure.empty() ? KorvanResult(result_code::kInternalError, failure) : summary;
 }
 
 KorvanResult BasicMultiApp::Cleanup()

@@ -1,5 +1,6 @@
 #include "multi_app/run_summary.h"
 
+#include "result_codes.h"
 #include "text/text.h"
 
 #include <algorithm>
@@ -7,9 +8,6 @@
 
 namespace
 {
-constexpr std::uint32_t kInterrupted = 47;
-constexpr std::uint32_t kSomeFailed = 58;
-constexpr std::uint32_t kSomeSkipped = 59;
 
 std::size_t countOf(const std::map<std::string, KorvanResult>& results, run_summary::Outcome outcome)
 {
@@ -54,7 +52,7 @@ Outcome outcomeOf(const KorvanResult& result)
     {
         return Outcome::Succeeded;
     }
-    return result.number() == kInterrupted ? Outcome::Skipped : Outcome::Failed;
+    return result.number() == result_code::kInterruptedByUser ? Outcome::Skipped : Outcome::Failed;
 }
 
 const char* wordOf(Outcome outcome)
@@ -97,8 +95,8 @@ KorvanResult overall(const std::map<std::string, KorvanResult>& results)
 {
     if (countOf(results, Outcome::Failed) > 0)
     {
-        return KorvanResult(kSomeFailed);
+        return KorvanResult(result_code::kTasksFailed);
     }
-    return countOf(results, Outcome::Skipped) > 0 ? KorvanResult(kSomeSkipped) : KorvanResult();
+    return countOf(results, Outcome::Skipped) > 0 ? KorvanResult(result_code::kTasksSkipped) : KorvanResult();
 }
 } // namespace run_summary

@@ -3,6 +3,7 @@
 #include "file_names.h"
 #include "log/log_control.h"
 #include "multi_app/output_folder.h"
+#include "result_codes.h"
 #include "text/text.h"
 #include "xmodule_log.h"
 
@@ -11,9 +12,6 @@
 namespace
 {
 constexpr char kSource[] = "framework/multi_app/target_task";
-constexpr std::uint32_t kFolderFailure = 8;
-constexpr std::uint32_t kInternalError = 17;
-constexpr std::uint32_t kInterrupted = 47;
 
 const nova::ServerInfo*& currentServer()
 {
@@ -59,11 +57,11 @@ KorvanResult runGuarded(const multi_command::Target& target, const std::string& 
     }
     catch (const std::exception& failure)
     {
-        return KorvanResult(kInternalError, failure.what());
+        return KorvanResult(result_code::kInternalError, failure.what());
     }
     catch (...)
     {
-        return KorvanResult(kInternalError, "unknown exception");
+        return KorvanResult(result_code::kInternalError, "unknown exception");
     }
 }
 
@@ -85,12 +83,13 @@ KorvanResult runInFolder(const multi_command::Target& target, const std::string&
     std::string error;
     if (!removeEarlier(target, outputDir, error))
     {
-        return KorvanResult(kFolderFailure, error);
+        return KorvanResult(result_code::kCreateDirectoryFailed, error);
     }
     const std::string folder = folderOf(outputDir, "", target);
     if (output_folder::makeOne(folder, error) != output_folder::Creation::Made)
     {
-        return KorvanResult(kFolderFailure, "cannot make the folder " + text::visible(folder) + ": " + error);
+        return KorvanResult(result_code::kCreateDirectoryFailed,
+                            "cannot make the folder " + text::visible(folder) + ": " + error);
     }
     KORVAN_LOG(3, kSource) << "started as " << target.server.option;
     KorvanResult result = runGuarded(target, folder, task);
@@ -103,7 +102,7 @@ KorvanResult runInFolder(const multi_command::Target& target, const std::string&
     const std::string reason = "cannot rename the folder " + text::visible(folder) + ": " + error;
     KORVAN_LOG(1, kSource) << reason;
     // The task's own failure says more than this one.
-    return result.succeeded() ? KorvanResult(kInternalError, reason) : result;
+    return result.succeeded() ? KorvanResult(result_code::kInternalError, reason) : result;
 }
 } // namespace
 
@@ -119,7 +118,7 @@ KorvanResult run(const multi_command::Target& target, const std::string& outputD
     }
     catch (const std::exception& failure) // the system ran out of memory on the way
     {
-        result = KorvanResult(kInternalError, failure.what());
+        result = KorvanResult(result_code::kInternalError, failure.what());
     }
     logResult(result);
     return result;
@@ -134,7 +133,7 @@ KorvanResult skip(const multi_command::Target& target, const std::string& output
         KORVAN_LOG(1, kSource) << error;
     }
     KORVAN_LOG(2, kSource) << "not started: interrupted by the user";
-    return KorvanResult(kInterrupted);
+    return KorvanResult(result_code::kInterruptedByUser);
 }
 
 const nova::ServerInfo* current()

@@ -5,6 +5,7 @@
 #include "multi_command/ipv6_text.h"
 #include "multi_command/standard_input.h"
 #include "multi_command/target_address.h"
+#include "result_codes.h"
 #include "text/text.h"
 
 #include <algorithm>
@@ -12,10 +13,6 @@
 namespace
 {
 constexpr std::size_t kLargestList = std::size_t{16} << 20U;
-constexpr std::uint32_t kInvalidParameter = 5;
-constexpr std::uint32_t kMissingFile = 6;
-constexpr std::uint32_t kInvalidFile = 7;
-constexpr std::uint32_t kInterrupted = 47;
 
 bool isListed(const std::string& entry)
 {
@@ -45,11 +42,11 @@ KorvanResult readFile(const std::string& path, const std::string& name, std::str
     switch (files::read(path, kLargestList, content))
     {
     case files::ReadOutcome::Missing:
-        return KorvanResult(kMissingFile, name + ": there is no such file");
+        return KorvanResult(result_code::kFileMissing, name + ": there is no such file");
     case files::ReadOutcome::Unreadable:
-        return KorvanResult(kInvalidFile, name + ": cannot be read, or is no regular file");
+        return KorvanResult(result_code::kInvalidFile, name + ": cannot be read, or is no regular file");
     case files::ReadOutcome::TooLarge:
-        return KorvanResult(kInvalidFile, name + ": " + tooLarge());
+        return KorvanResult(result_code::kInvalidFile, name + ": " + tooLarge());
     case files::ReadOutcome::Ok:
         break;
     }
@@ -61,11 +58,11 @@ KorvanResult readInput(const std::string& name, std::string& content)
     switch (standard_input::readAll(kLargestList, content))
     {
     case standard_input::Outcome::TooLarge:
-        return KorvanResult(kInvalidFile, name + ": " + tooLarge());
+        return KorvanResult(result_code::kInvalidFile, name + ": " + tooLarge());
     case standard_input::Outcome::Unreadable:
-        return KorvanResult(kInvalidFile, name + ": cannot be read");
+        return KorvanResult(result_code::kInvalidFile, name + ": cannot be read");
     case standard_input::Outcome::Interrupted:
-        return KorvanResult(kInterrupted);
+        return KorvanResult(result_code::kInterruptedByUser);
     case standard_input::Outcome::Ok:
         break;
     }
@@ -143,7 +140,7 @@ KorvanResult AddressSources::read(const std::string& option, const std::string& 
         std::string reason;
         if (!append(option, where, address, entries, reason))
         {
-            return KorvanResult(kInvalidParameter, where + ": " + reason);
+            return KorvanResult(result_code::kInvalidParameter, where + ": " + reason);
         }
     }
     return KorvanResult();
@@ -158,7 +155,8 @@ KorvanResult AddressSources::readListed(const std::string& option, const std::st
     }
     if (inputTaken_)
     {
-        return KorvanResult(kInvalidParameter, "option --" + option + ": standard input can be read once only");
+        return KorvanResult(result_code::kInvalidParameter,
+                            "option --" + option + ": standard input can be read once only");
     }
     inputTaken_ = true;
     const std::string shown = "standard input";
@@ -182,7 +180,7 @@ KorvanResult AddressSources::readListFile(const std::string& option, const std::
         std::any_of(entries.begin() + static_cast<std::ptrdiff_t>(before), entries.end(), holdsPassword);
     if (result.succeeded() && secret && openFiles_ == OpenFiles::Refuse && isReadableByOthers(path))
     {
-        return KorvanResult(kInvalidFile, shown + ": " + openFileComplaint(path));
+        return KorvanResult(result_code::kInvalidFile, shown + ": " + openFileComplaint(path));
     }
     return result;
 }
@@ -206,7 +204,7 @@ KorvanResult AddressSources::readLines(const std::string& option, const std::str
         std::string reason;
         if (!append(option, where, address, entries, reason))
         {
-            return KorvanResult(kInvalidFile, where + ": " + reason);
+            return KorvanResult(result_code::kInvalidFile, where + ": " + reason);
         }
     }
     return KorvanResult();

@@ -6,6 +6,7 @@
 #include "multi_command/target_address.h"
 #include "multi_command/target_name.h"
 #include "option_names.h"
+#include "result_codes.h"
 #include "text/text.h"
 
 #include <array>
@@ -14,10 +15,6 @@
 
 namespace
 {
-constexpr std::uint32_t kInvalidParameter = 5;
-constexpr std::uint32_t kMissingFile = 6;
-constexpr std::uint32_t kInvalidFile = 7;
-constexpr std::uint32_t kInterrupted = 47;
 constexpr std::size_t kLargestSecret = 65536;
 constexpr char kUserVariable[] = "KORVAN_USERNAME";
 constexpr char kPasswordVariable[] = "KORVAN_PASSWORD";
@@ -37,7 +34,7 @@ std::string named(const char* option)
 
 KorvanResult wrong(const std::string& reason)
 {
-    return KorvanResult(kInvalidParameter, reason);
+    return KorvanResult(result_code::kInvalidParameter, reason);
 }
 
 KorvanResult check(const Login& login, const std::string& userSource, const std::string& passwordSource)
@@ -62,7 +59,8 @@ std::string firstLine(const std::string& content)
 KorvanResult takeFirstLine(const std::string& content, const std::string& source, std::string& password)
 {
     password = firstLine(content);
-    return password.empty() ? KorvanResult(kInvalidFile, source + ": the first line is empty") : KorvanResult();
+    return password.empty() ? KorvanResult(result_code::kInvalidFile, source + ": the first line is empty")
+                            : KorvanResult();
 }
 
 KorvanResult readPasswordFile(const UserContext& context, std::string& password)
@@ -77,17 +75,18 @@ KorvanResult readPasswordFile(const UserContext& context, std::string& password)
     switch (files::read(path, kLargestSecret, content))
     {
     case files::ReadOutcome::Missing:
-        return KorvanResult(kMissingFile, source + ": there is no such file");
+        return KorvanResult(result_code::kFileMissing, source + ": there is no such file");
     case files::ReadOutcome::Unreadable:
-        return KorvanResult(kInvalidFile, source + ": cannot be read, or is no regular file");
+        return KorvanResult(result_code::kInvalidFile, source + ": cannot be read, or is no regular file");
     case files::ReadOutcome::TooLarge:
-        return KorvanResult(kInvalidFile, source + ": is larger than " + std::to_string(kLargestSecret) + " bytes");
+        return KorvanResult(result_code::kInvalidFile,
+                            source + ": is larger than " + std::to_string(kLargestSecret) + " bytes");
     case files::ReadOutcome::Ok:
         break;
     }
     if (!HasOption(context, option::kAllowOpenFiles) && multi_command::isReadableByOthers(path))
     {
-        return KorvanResult(kInvalidFile, source + ": " + multi_command::openFileComplaint(path));
+        return KorvanResult(result_code::kInvalidFile, source + ": " + multi_command::openFileComplaint(path));
     }
     return takeFirstLine(content, source, password);
 }
@@ -103,10 +102,10 @@ KorvanResult readPasswordInput(multi_command::StandardInput input, std::string& 
     switch (standard_input::readAll(kLargestSecret, content))
     {
     case standard_input::Outcome::Interrupted:
-        return KorvanResult(kInterrupted);
+        return KorvanResult(result_code::kInterruptedByUser);
     case standard_input::Outcome::TooLarge:
     case standard_input::Outcome::Unreadable:
-        return KorvanResult(kInvalidFile, source + ": standard input cannot be read, or is too long");
+        return KorvanResult(result_code::kInvalidFile, source + ": standard input cannot be read, or is too long");
     case standard_input::Outcome::Ok:
         break;
     }
@@ -199,7 +198,7 @@ KorvanResult askFor(const std::string& question, standard_input::Echo echo, std:
     switch (standard_input::ask(question, echo, answer))
     {
     case standard_input::Outcome::Interrupted:
-        return KorvanResult(kInterrupted);
+        return KorvanResult(result_code::kInterruptedByUser);
     case standard_input::Outcome::TooLarge:
     case standard_input::Outcome::Unreadable:
         return wrong("the answer cannot be read from the terminal");

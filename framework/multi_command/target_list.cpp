@@ -5,6 +5,7 @@
 #include "multi_command/address_sources.h"
 #include "multi_command/target_address.h"
 #include "option_names.h"
+#include "result_codes.h"
 #include "text/text.h"
 #include "trust/fingerprint.h"
 
@@ -19,8 +20,6 @@ namespace
 using Json = nlohmann::json;
 
 constexpr std::size_t kLargestFile = std::size_t{4} << 20U;
-constexpr std::uint32_t kMissingFile = 6;
-constexpr std::uint32_t kInvalidFile = 7;
 
 constexpr char kTargets[] = "targets";
 constexpr char kKind[] = "kind";
@@ -228,11 +227,12 @@ KorvanResult readTargetList(const std::string& path, std::vector<nova::ServerInf
     switch (files::read(path, kLargestFile, content))
     {
     case files::ReadOutcome::Missing:
-        return KorvanResult(kMissingFile, name + "there is no such file");
+        return KorvanResult(result_code::kFileMissing, name + "there is no such file");
     case files::ReadOutcome::Unreadable:
-        return KorvanResult(kInvalidFile, name + "cannot be read, or is no regular file");
+        return KorvanResult(result_code::kInvalidFile, name + "cannot be read, or is no regular file");
     case files::ReadOutcome::TooLarge:
-        return KorvanResult(kInvalidFile, name + "is larger than " + std::to_string(kLargestFile) + " bytes");
+        return KorvanResult(result_code::kInvalidFile,
+                            name + "is larger than " + std::to_string(kLargestFile) + " bytes");
     case files::ReadOutcome::Ok:
         break;
     }
@@ -244,13 +244,13 @@ KorvanResult readTargetList(const std::string& path, std::vector<nova::ServerInf
             std::any_of(read.begin(), read.end(), [](const nova::ServerInfo& s) { return !s.password.empty(); });
         if (secret && openFiles == OpenFiles::Refuse && isReadableByOthers(path))
         {
-            return KorvanResult(kInvalidFile, name + openFileComplaint(path));
+            return KorvanResult(result_code::kInvalidFile, name + openFileComplaint(path));
         }
         servers.insert(servers.end(), read.begin(), read.end());
     }
     catch (const ListError& failure)
     {
-        return KorvanResult(kInvalidFile, name + failure.reason);
+        return KorvanResult(result_code::kInvalidFile, name + failure.reason);
     }
     return KorvanResult();
 }

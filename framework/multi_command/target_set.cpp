@@ -6,13 +6,13 @@
 #include "multi_command/target_list.h"
 #include "multi_command/target_name.h"
 #include "option_names.h"
+#include "result_codes.h"
 
 #include <iostream>
 #include <unordered_set>
 
 namespace
 {
-constexpr std::uint32_t kInvalidParameter = 5;
 constexpr const char* kKinds[] = {option::kBmc, option::kPmx, option::kEsxi, option::kCmm, option::kSmm};
 
 multi_command::OpenFiles openFiles(const UserContext& context)
@@ -30,7 +30,8 @@ KorvanResult readConfig(const UserContext& context, std::vector<nova::ServerInfo
     const std::string path = GetOption(context, option::kConfig, std::string());
     if (path.empty())
     {
-        return KorvanResult(kInvalidParameter, std::string("option --") + option::kConfig + ": names no file");
+        return KorvanResult(result_code::kInvalidParameter,
+                            std::string("option --") + option::kConfig + ": names no file");
     }
     return multi_command::readTargetList(path, servers, openFiles(context));
 }
@@ -102,7 +103,8 @@ KorvanResult buildTargetSet(const UserContext& context, std::vector<Target>& tar
         const std::string name = targetName(server);
         if (!names.insert(name).second)
         {
-            return KorvanResult(kInvalidParameter, "the target " + name + " is named twice; name each target once");
+            return KorvanResult(result_code::kInvalidParameter,
+                                "the target " + name + " is named twice; name each target once");
         }
         collected.push_back({server, name});
     }

@@ -113,6 +113,7 @@ TEST_F(Trust, IsGivenOnFirstUseRememberedAndTakenBackFromAChangedController)
         EXPECT_EQ(changed.exitStatus, kTargetFailed) << changed.out;
         EXPECT_THAT(changed.out, AllOf(HasSubstr("36"), HasSubstr(fingerprint), HasSubstr("fingerprint is ")));
         EXPECT_THAT(changed.out, Not(HasSubstr("fingerprint is " + fingerprint))) << "the new one is another";
+        EXPECT_THAT(readFile(tree_.file("out/korvan.log")), HasSubstr("not asked over IPMI"));
     }
     EXPECT_EQ(knownFingerprint(), fingerprint);
     EXPECT_EQ(compare({"--cacert", tree_.file("ca.pem")}).exitStatus, 0);
