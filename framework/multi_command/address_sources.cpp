@@ -14,6 +14,11 @@ namespace
 {
 constexpr std::size_t kLargestList = std::size_t{16} << 20U;
 
+std::string located(const std::string& where, const std::string& reason)
+{
+    return where + ": " + reason;
+}
+
 bool isListed(const std::string& entry)
 {
     return entry == "-" || (entry.size() > 1 && entry.front() == '@');
@@ -140,7 +145,7 @@ KorvanResult AddressSources::read(const std::string& option, const std::string& 
         std::string reason;
         if (!append(option, where, address, entries, reason))
         {
-            return KorvanResult(result_code::kInvalidParameter, where + ": " + reason);
+            return KorvanResult(result_code::kInvalidParameter, located(where, reason));
         }
     }
     return KorvanResult();
@@ -204,7 +209,7 @@ KorvanResult AddressSources::readLines(const std::string& option, const std::str
         std::string reason;
         if (!append(option, where, address, entries, reason))
         {
-            return KorvanResult(result_code::kInvalidFile, where + ": " + reason);
+            return KorvanResult(result_code::kInvalidFile, located(where, reason));
         }
     }
     return KorvanResult();
