@@ -82,11 +82,11 @@ class ModuleTest : public ::testing::Test
 
     std::string out() const { return out_.text(); }
     std::string err() const { return err_.text(); }
-    std::string path(const std::string& name) const { return folder_.path() + "/" + name; }
+    std::string path(const std::string& name) const { return folder_.file(name); }
 
     static std::string content(const std::string& path)
     {
-        std::ifstream file(path, std::ios::binary);
+        std::ifstream file(path); // as text: the line ends are the same on every system
         return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
     }
 

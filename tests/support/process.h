@@ -1,11 +1,13 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
-// Starts programs for tests (POSIX).
+// Starts programs for tests. On Windows a program is found without its ".exe", the line ends of what it writes are those of a
+// C++ text, and what interrupts it is Ctrl-Break.
 namespace test_support
 {
 // What a program left behind.
@@ -45,14 +47,19 @@ class BackgroundProcess
     bool readLine(std::string& line, std::chrono::milliseconds timeout);
 
     void sendSignal(int signal) const;
+
+    // Until then its standard input has no end.
+    void closeInput();
     int pid() const { return pid_; }
 
     // Waits for its end; false when it still runs after the time.
     bool wait(std::chrono::milliseconds timeout, ProcessOutcome& outcome);
 
   private:
+    struct System;
+
     int pid_ = -1;
-    int output_ = -1;
+    std::unique_ptr<System> system_;
     std::string buffered_;
 };
 } // namespace test_support

@@ -1,19 +1,29 @@
 #include "support/scratch_folder.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <stdexcept>
 
 namespace test_support
 {
-ScratchFolder::ScratchFolder() : path_((std::filesystem::temp_directory_path() / "korvan-test-XXXXXX").string())
+ScratchFolder::ScratchFolder()
 {
-    if (::mkdtemp(&path_[0]) == nullptr)
+    std::random_device random;
+    for (int tries = 0; tries < 100; ++tries)
     {
-        throw std::runtime_error("no temporary folder " + path_);
+        std::ostringstream name;
+        name << "korvan-test-" << std::hex << random() << random();
+        const std::filesystem::path path = std::filesystem::temp_directory_path() / name.str();
+        if (std::filesystem::create_directory(path))
+        {
+            std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+            path_ = std::filesystem::path(path).make_preferred().string();
+            return;
+        }
     }
+    throw std::runtime_error("no temporary folder");
 }
 
 ScratchFolder::~ScratchFolder()
@@ -22,9 +32,15 @@ ScratchFolder::~ScratchFolder()
     std::filesystem::remove_all(path_, ignored);
 }
 
+std::string ScratchFolder::file(const std::string& name) const
+{
+    return (std::filesystem::path(path_) / name).make_preferred().string();
+}
+
 std::string ScratchFolder::write(const std::string& name, const std::string& content) const
 {
-    const std::filesystem::path target = std::filesystem::path(path_) / name;
+    std::filesystem::path target = std::filesystem::path(path_) / name;
+    target.make_preferred();
     std::filesystem::create_directories(target.parent_path());
     std::ofstream out(target, std::ios::binary);
     out << content;
@@ -38,7 +54,7 @@ std::string ScratchFolder::write(const std::string& name, const std::string& con
 
 std::string readFile(const std::string& path)
 {
-    const std::ifstream in(path, std::ios::binary);
+    const std::ifstream in(path);
     std::ostringstream content;
     content << in.rdbuf();
     return content.str();

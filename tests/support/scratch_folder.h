@@ -5,7 +5,8 @@
 namespace test_support
 {
 // A new folder below the system's folder for temporary files, in which a test may write and read; removed with all that
-// it holds.
+// it holds. Its paths have the
+// system's own separators, the names that a test gives "/".
 class ScratchFolder
 {
   public:
@@ -15,7 +16,7 @@ class ScratchFolder
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
     const std::string& path() const { return path_; }
-    std::string file(const std::string& name) const { return path_ + "/" + name; }
+    std::string file(const std::string& name) const;
 
     // Writes a file, making the folders on its way; returns its path.
     std::string write(const std::string& name, const std::string& content) const;
@@ -24,6 +25,6 @@ class ScratchFolder
     std::string path_;
 };
 
-// The whole file; an empty text when there is none.
+// The whole file as text, with the line ends of a C++ text on every system; empty when there is none.
 std::string readFile(const std::string& path);
 } // namespace test_support

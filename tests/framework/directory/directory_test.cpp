@@ -15,15 +15,17 @@ TEST(KorvanDirectory, RemembersTheOutputDirectory)
 
 TEST(KorvanDirectory, MakesPathsAbsoluteAndPlain)
 {
-    const std::string here = std::filesystem::current_path().string();
-    EXPECT_EQ(KorvanDirectory::GetFullPath("a/./b/../c/"), here + "/a/c");
-    EXPECT_EQ(KorvanDirectory::GetFullPath("/x/../../y"), "/y");
+    const std::filesystem::path folder = std::filesystem::current_path();
+    const std::string here = folder.string();
+    const std::string root = folder.root_path().string();
+    EXPECT_EQ(KorvanDirectory::GetFullPath("a/./b/../c/"), (folder / "a" / "c").string());
+    EXPECT_EQ(KorvanDirectory::GetFullPath("/x/../../y"), root + "y");
     EXPECT_EQ(KorvanDirectory::GetFullPath("."), here);
     EXPECT_EQ(KorvanDirectory::GetFullPath(""), here);
-    EXPECT_EQ(KorvanDirectory::GetFullPath("/"), "/");
+    EXPECT_EQ(KorvanDirectory::GetFullPath("/"), root);
 }
 
 TEST(ProgramDirectory, HoldsTheRunningProgram)
 {
-    EXPECT_TRUE(std::filesystem::exists(programDirectory() + "/directory_test"));
+    EXPECT_TRUE(std::filesystem::exists(programDirectory() + "/directory_test" + KORVAN_PROGRAM_ENDING));
 }

@@ -1,27 +1,20 @@
 #include "files/files.h"
 
+#include "support/file_rights.h"
 #include "support/scratch_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <iterator>
-#include <sys/stat.h>
 
 namespace fs = std::filesystem;
+using test_support::isForOwnerAlone;
 using test_support::readFile;
 using test_support::ScratchFolder;
 
 namespace
 {
-unsigned modeOf(const std::string& path)
-{
-    struct stat status
-    {
-    };
-    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777U : 0U;
-}
-
 std::ptrdiff_t entriesOf(const std::string& folder)
 {
     return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
@@ -41,14 +34,6 @@ TEST(FilesRead, TellsWhyAFileIsNotRead)
     EXPECT_EQ(content, "12345");
 }
 
-TEST(FilesRead, DoesNotWaitForTheWriterOfAFifo)
-{
-    const ScratchFolder folder;
-    ASSERT_EQ(::mkfifo(folder.file("fifo").c_str(), 0600), 0);
-    std::string content;
-    EXPECT_EQ(files::read(folder.file("fifo"), 10, content), files::ReadOutcome::Unreadable);
-}
-
 TEST(FilesReplace, WritesAFileForTheUserAlone)
 {
     const ScratchFolder folder;
@@ -56,7 +41,7 @@ TEST(FilesReplace, WritesAFileForTheUserAlone)
     ASSERT_TRUE(files::replace(folder.file("a"), "one", error)) << error;
     ASSERT_TRUE(files::replace(folder.file("a"), "two", error)) << error;
     EXPECT_EQ(readFile(folder.file("a")), "two");
-    EXPECT_EQ(modeOf(folder.file("a")), 0600U);
+    EXPECT_TRUE(isForOwnerAlone(folder.file("a")));
     EXPECT_EQ(entriesOf(folder.path()), 1);
 }
 
@@ -73,18 +58,24 @@ TEST(FilesReplace, LeavesNothingBehindOnAFailure)
     EXPECT_FALSE(error.empty());
 }
 
-TEST(FilesCreatePrivate, KeepsAnExistingFileAndRefusesLinks)
+TEST(FilesCreatePrivate, KeepsAnExistingFileAndRefusesAFolder)
 {
     const ScratchFolder folder;
     std::string error;
     ASSERT_TRUE(files::createPrivate(folder.file("new"), error)) << error;
-    EXPECT_EQ(modeOf(folder.file("new")), 0600U);
+    EXPECT_TRUE(isForOwnerAlone(folder.file("new")));
     const std::string kept = folder.write("kept", "content");
     ASSERT_TRUE(files::createPrivate(kept, error)) << error;
     EXPECT_EQ(readFile(kept), "content");
-    fs::create_symlink(kept, folder.file("link"));
-    EXPECT_FALSE(files::createPrivate(folder.file("link"), error));
     EXPECT_FALSE(files::createPrivate(folder.path(), error));
+}
+
+TEST(FilesCreatePrivate, RefusesASymbolicLink)
+{
+    const ScratchFolder folder;
+    std::string error;
+    fs::create_symlink(folder.write("kept", "content"), folder.file("link"));
+    EXPECT_FALSE(files::createPrivate(folder.file("link"), error));
 }
 
 TEST(FilesPath, LosesTrailingSeparatorsButNoRoot)

@@ -1,19 +1,19 @@
 #include "log/log_control.h"
 #include "xmodule_log.h"
 
+#include "support/file_rights.h"
+#include "support/pattern.h"
 #include "support/scratch_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <sys/stat.h>
 #include <thread>
 #include <vector>
 
 using test_support::readFile;
 using test_support::ScratchFolder;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 using testing::Not;
 
 namespace
@@ -49,17 +49,14 @@ TEST_F(LogFile, HoldsTimeLevelSourceAndText)
     open(4);
     KORVAN_LOG(3, kSource) << "one and " << 2;
     EXPECT_THAT(closedContent(),
-                MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8}\\.[0-9]{3} info tests/log_test:[0-9]+ one and 2\n"));
+                test_support::FitsPattern(
+                    "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8}\\.[0-9]{3} info tests/log_test:[0-9]+ one and 2\n"));
 }
 
 TEST_F(LogFile, IsForTheUserAlone)
 {
     open(3);
-    struct stat status
-    {
-    };
-    ASSERT_EQ(::stat(path().c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+    EXPECT_TRUE(test_support::isForOwnerAlone(path()));
 }
 
 TEST_F(LogFile, LeavesOutRecordsBelowItsLevelWithoutFormattingThem)
@@ -101,10 +98,10 @@ TEST_F(LogFile, NamesTheTargetOfTheThread)
     }
     KORVAN_LOG(3, kSource) << "none";
     const std::string content = closedContent();
-    EXPECT_THAT(content, testing::ContainsRegex("info \\[10\\.0\\.0\\.2\\] tests/log_test:[0-9]+ second"));
-    EXPECT_THAT(content, testing::ContainsRegex("info \\[10\\.0\\.0\\.1\\] tests/log_test:[0-9]+ first"));
-    EXPECT_THAT(content, testing::ContainsRegex("info tests/log_test:[0-9]+ none"));
-    EXPECT_THAT(content, testing::ContainsRegex("info tests/log_test:[0-9]+ elsewhere"));
+    EXPECT_THAT(content, test_support::HasPattern("info \\[10\\.0\\.0\\.2\\] tests/log_test:[0-9]+ second"));
+    EXPECT_THAT(content, test_support::HasPattern("info \\[10\\.0\\.0\\.1\\] tests/log_test:[0-9]+ first"));
+    EXPECT_THAT(content, test_support::HasPattern("info tests/log_test:[0-9]+ none"));
+    EXPECT_THAT(content, test_support::HasPattern("info tests/log_test:[0-9]+ elsewhere"));
 }
 
 TEST_F(LogFile, KeepsOneRecordOnOneLine)

@@ -233,18 +233,34 @@ ProcessOutcome runProcess(const std::string& program, const std::vector<std::str
     return outcome;
 }
 
+struct BackgroundProcess::System
+{
+    int input = -1;
+    int output = -1;
+};
+
 BackgroundProcess::BackgroundProcess(const std::string& program, const std::vector<std::string>& arguments)
+    : system_(std::make_unique<System>())
 {
     Pipe in;
     Pipe out;
-    in.closeEnd(1);
     pid_ = startProcess(program, arguments, ProcessOptions(), {in.ends[0], out.ends[1], -1});
     if (pid_ < 0)
     {
         throw std::runtime_error("cannot start " + program);
     }
-    output_ = out.ends[0];
+    system_->output = out.ends[0];
     out.ends[0] = -1;
+    std::swap(system_->input, in.ends[1]);
+}
+
+void BackgroundProcess::closeInput()
+{
+    if (system_->input >= 0)
+    {
+        ::close(system_->input);
+        system_->input = -1;
+    }
 }
 
 BackgroundProcess::~BackgroundProcess()
@@ -254,9 +270,10 @@ BackgroundProcess::~BackgroundProcess()
         ::kill(pid_, SIGKILL);
         ::waitpid(pid_, nullptr, 0);
     }
-    if (output_ >= 0)
+    closeInput();
+    if (system_->output >= 0)
     {
-        ::close(output_);
+        ::close(system_->output);
     }
 }
 
@@ -273,13 +290,13 @@ bool BackgroundProcess::readLine(std::string& line, std::chrono::milliseconds ti
             return true;
         }
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-        pollfd entry{output_, POLLIN, 0};
+        pollfd entry{system_->output, POLLIN, 0};
         if (left <= 0 || ::poll(&entry, 1, static_cast<int>(left)) <= 0)
         {
             return false;
         }
         char buffer[4096];
-        const ssize_t got = ::read(output_, buffer, sizeof buffer);
+        const ssize_t got = ::read(system_->output, buffer, sizeof buffer);
         if (got <= 0)
         {
             return false;
