@@ -2,8 +2,18 @@
 
 add_library(korvan_compile_options INTERFACE)
 target_compile_options(korvan_compile_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
-  $<$<BOOL:${KORVAN_WARNINGS_AS_ERRORS}>:-Werror>)
+  "$<$<CXX_COMPILER_ID:GNU,Clang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wnon-virtual-dtor;-Woverloaded-virtual>"
+  $<$<AND:$<CXX_COMPILER_ID:GNU,Clang>,$<BOOL:${KORVAN_WARNINGS_AS_ERRORS}>>:-Werror>
+  "$<$<CXX_COMPILER_ID:MSVC>:/W4;/utf-8;/permissive-;/EHsc>")
+
+# Which file of a pair `x_posix.cpp` and `x_win32.cpp` is built.
+if(WIN32)
+  set(KORVAN_PLATFORM win32)
+  target_compile_definitions(korvan_compile_options INTERFACE
+    UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
+else()
+  set(KORVAN_PLATFORM posix)
+endif()
 
 if(KORVAN_SANITIZE)
   target_compile_options(korvan_compile_options INTERFACE
@@ -22,6 +32,21 @@ target_include_directories(korvan_contract INTERFACE
   ${PROJECT_SOURCE_DIR}/framework/include
   ${PROJECT_SOURCE_DIR}/shared/include
   ${PROJECT_BINARY_DIR}/generated)
+target_link_libraries(korvan_contract INTERFACE Boost::headers)
+
+# What a program needs to take paths of any characters and any length on Windows.
+function(korvan_windows_program target)
+  if(MINGW)
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/windows/program.rc)
+    set_property(SOURCE ${PROJECT_SOURCE_DIR}/cmake/windows/program.rc PROPERTY
+      OBJECT_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/windows/program.manifest)
+  elseif(WIN32)
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/windows/program.manifest)
+  endif()
+  if(MSVC)
+    target_link_options(${target} PRIVATE /DEPENDENTLOADFLAG:0x800)
+  endif()
+endfunction()
 
 set_property(GLOBAL PROPERTY KORVAN_FRAMEWORK_PARTS "")
 

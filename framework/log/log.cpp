@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <iostream>
 #include <memory>
 #include <mutex>
 #include <sstream>
@@ -35,9 +36,10 @@ State& state()
     return *instance;
 }
 
-std::string& currentTarget()
+// A plain pointer: MinGW frees a thread's variables before it runs their destructors, so they may have none.
+const std::string*& currentTarget()
 {
-    thread_local std::string target;
+    thread_local const std::string* target = nullptr;
     return target;
 }
 
@@ -76,8 +78,8 @@ void writeToFile(int level, const std::string& source, int line, const std::stri
     {
         return;
     }
-    const std::string& target = currentTarget();
-    const std::string tag = target.empty() ? std::string() : "[" + text::visible(target) + "] ";
+    const std::string* const target = currentTarget();
+    const std::string tag = target == nullptr || target->empty() ? "" : "[" + text::visible(*target) + "] ";
     logger->log(spdlogLevel(level), tag + source + ":" + std::to_string(line) + " " + content);
 }
 
@@ -157,6 +159,16 @@ void AddDetailTimeDebugLog(int level, const char* file, int line, const std::str
     }
 }
 
+namespace
+{
+// The run goes on without a log, but not without a word.
+void sayOnce(const std::string& reason)
+{
+    static std::once_flag said;
+    std::call_once(said, [&reason] { std::cerr << "korvan: the log is not complete: " + reason + "\n"; });
+}
+} // namespace
+
 namespace log_control
 {
 bool open(const std::string& path, int level, std::string& error)
@@ -171,6 +183,7 @@ bool open(const std::string& path, int level, std::string& error)
         auto logger = std::make_shared<spdlog::logger>("korvan", std::move(sink));
         logger->set_level(spdlog::level::trace);
         logger->flush_on(spdlog::level::err);
+        logger->set_error_handler(sayOnce);
         logger->set_pattern("%Y-%m-%d %H:%M:%S.%e %l %v");
         const std::lock_guard<std::mutex> lock(state().mutex);
         state().logger = std::move(logger);
@@ -205,13 +218,13 @@ void observe(int level, Observer observer)
     state().observer = std::move(observer);
 }
 
-TargetScope::TargetScope(const std::string& target) : previous_(std::move(currentTarget()))
+TargetScope::TargetScope(const std::string& target) : target_(target), previous_(currentTarget())
 {
-    currentTarget() = target;
+    currentTarget() = &target_;
 }
 
 TargetScope::~TargetScope()
 {
-    currentTarget() = std::move(previous_);
+    currentTarget() = previous_;
 }
 } // namespace log_control

@@ -30,6 +30,7 @@ class KORVAN_FRAMEWORK_EXPORT TargetScope
     TargetScope& operator=(const TargetScope&) = delete;
 
   private:
-    std::string previous_;
+    std::string target_;
+    const std::string* previous_;
 };
 } // namespace log_control

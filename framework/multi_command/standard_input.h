@@ -23,6 +23,9 @@ enum class Echo
 // True when there is somebody to ask: standard input and standard error are terminals.
 bool isDialogue();
 
+// What is there next, at most `size` bytes, from a file, a pipe or a terminal; no byte at the end. Waits for it.
+Outcome readSome(char* buffer, std::size_t size, std::size_t& got);
+
 // Everything up to its end, at most `limit` bytes. `content` changes only on Ok. An interrupt ends the wait.
 Outcome readAll(std::size_t limit, std::string& content);
 

@@ -11,9 +11,10 @@
 namespace
 {
 constexpr int kWaitMs = 200;
+} // namespace
 
-// Reads what is there next. The wait is broken up because the program's signals restart a read that they come into.
-standard_input::Outcome readSome(char* buffer, std::size_t size, std::size_t& got)
+// The wait is broken up because the program's signals restart a read that they come into.
+standard_input::Outcome standard_input::readSome(char* buffer, std::size_t size, std::size_t& got)
 {
     for (;;)
     {
@@ -38,6 +39,9 @@ standard_input::Outcome readSome(char* buffer, std::size_t size, std::size_t& go
         }
     }
 }
+
+namespace
+{
 // Switches the terminal's echo off and, when it goes, back to what it was.
 class HiddenTyping
 {
@@ -78,7 +82,7 @@ standard_input::Outcome readLine(std::string& answer)
     {
         char letter = 0;
         std::size_t got = 0;
-        const standard_input::Outcome outcome = readSome(&letter, 1, got);
+        const standard_input::Outcome outcome = standard_input::readSome(&letter, 1, got);
         if (outcome != standard_input::Outcome::Ok)
         {
             return outcome;
@@ -118,30 +122,5 @@ Outcome ask(const std::string& question, Echo echo, std::string& answer)
     }
     std::cerr << question << std::flush;
     return readLine(answer);
-}
-
-Outcome readAll(std::size_t limit, std::string& content)
-{
-    std::string bytes;
-    char buffer[16384];
-    for (;;)
-    {
-        std::size_t got = 0;
-        const Outcome outcome = readSome(buffer, sizeof buffer, got);
-        if (outcome != Outcome::Ok)
-        {
-            return outcome;
-        }
-        if (got == 0)
-        {
-            content.swap(bytes);
-            return Outcome::Ok;
-        }
-        bytes.append(buffer, got);
-        if (bytes.size() > limit)
-        {
-            return Outcome::TooLarge;
-        }
-    }
 }
 } // namespace standard_input

@@ -56,9 +56,12 @@ bool isIpv4(const std::string& host)
 {
     const std::vector<std::string> parts = text::split(host, '.');
     std::uint32_t ignored = 0;
+    // Systems read "010" as eight: what looks like one machine would be another.
     return parts.size() == 4 && std::all_of(parts.begin(), parts.end(),
-                                            [&ignored](const std::string& part)
-                                            { return part.size() <= 3 && parseNumber(part, 255, ignored); });
+                                            [&ignored](const std::string& part) {
+                                                return part.size() <= 3 && (part.size() == 1 || part.front() != '0') &&
+                                                       parseNumber(part, 255, ignored);
+                                            });
 }
 
 bool isLabel(const std::string& label)
@@ -74,12 +77,14 @@ bool isHostName(const std::string& host)
     {
         return false;
     }
-    const bool numeric = std::all_of(host.begin(), host.end(), [](char c) { return isDigit(c) || c == '.'; });
-    if (numeric)
+    const std::vector<std::string> labels = text::split(host, '.');
+    // A host that ends in a number is an address to the system, also as "0x7f000001" or "127.1".
+    const std::string last = text::toLower(labels.back());
+    if (std::all_of(last.begin(), last.end(), isDigit) ||
+        (last.compare(0, 2, "0x") == 0 && std::all_of(last.begin() + 2, last.end(), isHexDigit)))
     {
         return isIpv4(host);
     }
-    const std::vector<std::string> labels = text::split(host, '.');
     return std::all_of(labels.begin(), labels.end(), isLabel);
 }
 

@@ -6,6 +6,7 @@
 #include "trust/user_files.h"
 
 #include <chrono>
+#include <filesystem>
 #include <map>
 #include <vector>
 
@@ -158,8 +159,8 @@ Finding search(const std::string& path, const std::string& content, const std::s
 
 std::string folderOf(const std::string& path)
 {
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos || slash == 0 ? std::string() : path.substr(0, slash);
+    const std::filesystem::path parent = std::filesystem::path(path).parent_path();
+    return parent == parent.root_path() ? std::string() : parent.string();
 }
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "multi_command/address_sources.h"
 
 #include "multi_command/address_range.h"
+#include "support/file_rights.h"
 #include "support/scratch_folder.h"
 
 #include <gmock/gmock.h>
@@ -16,14 +17,16 @@ using testing::Not;
 
 namespace
 {
+using test_support::Readers;
+
 class AddressSourcesTest : public testing::Test
 {
   protected:
     // Writes a list file and gives the value that names it.
-    std::string list(const std::string& content, int mode = 0600)
+    std::string list(const std::string& content, Readers readers = Readers::OwnerAlone)
     {
         const std::string path = folder_.write("list.txt", content);
-        std::filesystem::permissions(path, std::filesystem::perms(mode));
+        test_support::setReaders(path, readers);
         return "@" + path;
     }
 
@@ -110,9 +113,12 @@ TEST_F(AddressSourcesTest, NameTheWrongAddressOfARange)
 
 TEST_F(AddressSourcesTest, RefuseAListWithPasswordsThatOthersCanRead)
 {
-    EXPECT_THAT(reason(list("a\nu:s3cret@h\n", 0644), 7), HasSubstr("chmod 600 " + folder_.file("list.txt")));
+    EXPECT_THAT(reason(list("a\nu:s3cret@h\n", Readers::Everybody), 7),
+                HasSubstr(test_support::closingCommand(folder_.file("list.txt"))));
     entries_.clear();
-    EXPECT_TRUE(AddressSources(multi_command::OpenFiles::Allow).read("bmc", list("u:p@h", 0644), entries_).succeeded());
+    EXPECT_TRUE(AddressSources(multi_command::OpenFiles::Allow)
+                    .read("bmc", list("u:p@h", Readers::Everybody), entries_)
+                    .succeeded());
     EXPECT_THAT(hosts(), ElementsAre("h"));
-    EXPECT_TRUE(AddressSources().read("bmc", list("u@h", 0644), entries_).succeeded());
+    EXPECT_TRUE(AddressSources().read("bmc", list("u@h", Readers::Everybody), entries_).succeeded());
 }

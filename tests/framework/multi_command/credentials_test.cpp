@@ -1,10 +1,11 @@
 #include "multi_command/credentials.h"
 
+#include "support/environment.h"
+#include "support/file_rights.h"
 #include "support/scratch_folder.h"
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 using multi_command::fillCredentials;
@@ -14,19 +15,21 @@ using testing::Not;
 
 namespace
 {
+using test_support::Readers;
+
 // The environment is this process's own; CTest gives each test a process.
 class Credentials : public testing::Test
 {
   protected:
     Credentials()
     {
-        ::unsetenv("KORVAN_USERNAME");
-        ::unsetenv("KORVAN_PASSWORD");
+        test_support::clearVariable("KORVAN_USERNAME");
+        test_support::clearVariable("KORVAN_PASSWORD");
     }
     ~Credentials() override
     {
-        ::unsetenv("KORVAN_USERNAME");
-        ::unsetenv("KORVAN_PASSWORD");
+        test_support::clearVariable("KORVAN_USERNAME");
+        test_support::clearVariable("KORVAN_PASSWORD");
     }
 
     static nova::ServerInfo server(const std::string& user, const std::string& password,
@@ -59,10 +62,10 @@ class Credentials : public testing::Test
         return result;
     }
 
-    std::string passwordFile(const std::string& content, int mode = 0600) const
+    std::string passwordFile(const std::string& content, Readers readers = Readers::OwnerAlone) const
     {
         const std::string path = folder_.write("secret", content);
-        std::filesystem::permissions(path, std::filesystem::perms(mode));
+        test_support::setReaders(path, readers);
         return path;
     }
 
@@ -73,8 +76,8 @@ class Credentials : public testing::Test
 
 TEST_F(Credentials, AreTakenFromTheTargetThenTheOptionsThenTheEnvironment)
 {
-    ::setenv("KORVAN_USERNAME", "eu", 1);
-    ::setenv("KORVAN_PASSWORD", "ep", 1);
+    test_support::setVariable("KORVAN_USERNAME", "eu");
+    test_support::setVariable("KORVAN_PASSWORD", "ep");
     EXPECT_EQ(filled("", ""), "eu:ep");
     EXPECT_EQ(filled("u", ""), "u:ep");
     context_.options = {{"bmc-username", "ou"}};
@@ -107,10 +110,10 @@ TEST_F(Credentials, TakeTheFirstLineOfThePasswordFile)
 
 TEST_F(Credentials, RefuseAPasswordFileThatOthersCanRead)
 {
-    context_.options = {{"bmc-username", "ou"}, {"password-file", passwordFile("s3cret", 0640)}};
+    context_.options = {{"bmc-username", "ou"}, {"password-file", passwordFile("s3cret", Readers::Everybody)}};
     const KorvanResult result = failure();
     EXPECT_EQ(result.code, 7U);
-    EXPECT_THAT(result.message, HasSubstr("chmod 600 " + folder_.file("secret")));
+    EXPECT_THAT(result.message, HasSubstr(test_support::closingCommand(folder_.file("secret"))));
     context_.options["allow-open-files"] = "";
     EXPECT_EQ(filled("", ""), "ou:s3cret");
 }
@@ -146,9 +149,9 @@ TEST_F(Credentials, LeaveStandardInputToTheTargets)
 
 TEST_F(Credentials, AreCheckedInTheEnvironmentToo)
 {
-    ::setenv("KORVAN_PASSWORD", "s3cret\n", 1);
+    test_support::setVariable("KORVAN_PASSWORD", "s3cret\n");
     EXPECT_THAT(failure().message, HasSubstr("KORVAN_PASSWORD"));
-    ::setenv("KORVAN_PASSWORD", "", 1);
-    ::setenv("KORVAN_USERNAME", "a:b", 1);
+    test_support::setVariable("KORVAN_PASSWORD", "");
+    test_support::setVariable("KORVAN_USERNAME", "a:b");
     EXPECT_THAT(failure().message, HasSubstr("KORVAN_USERNAME"));
 }

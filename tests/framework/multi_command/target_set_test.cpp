@@ -1,5 +1,6 @@
 #include "multi_command/target_set.h"
 
+#include "support/file_rights.h"
 #include "support/scratch_folder.h"
 
 #include <gmock/gmock.h>
@@ -21,7 +22,7 @@ class TargetSet : public testing::Test
     std::string writePrivate(const std::string& name, const std::string& content) const
     {
         const std::string path = folder_.write(name, content);
-        std::filesystem::permissions(path, std::filesystem::perms(0600));
+        test_support::setReaders(path, test_support::Readers::OwnerAlone);
         return path;
     }
 
@@ -189,7 +190,7 @@ TEST_F(TargetSet, ReadsALongList)
 TEST_F(TargetSet, HandsOnWhetherOpenFilesAreAllowed)
 {
     const std::string list = folder_.write("open.txt", "u:s3cret@h\n");
-    std::filesystem::permissions(list, std::filesystem::perms(0644));
+    test_support::setReaders(list, test_support::Readers::Everybody);
     context_.options = {{"bmc", "@" + list}};
     EXPECT_EQ(build().code, 7U);
     context_.options["allow-open-files"] = "";

@@ -1,6 +1,7 @@
 #include "service_runner/service_update_compare_runner.h"
 
 #include "interrupt.h"
+#include "service/service_runner/legacy_script.h"
 #include "support/module_test.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -25,14 +26,12 @@ class CompareRunnerTest : public ModuleTest
     KorvanResult run(bool screen = false) { return CompareRunner(context_, folder_.path(), screen)(); }
 
     // An in-band target of the legacy generation whose tool ends with the status.
-    void legacyInBand(const std::string& toolBody)
+    void legacyInBand(int status)
     {
         fake::framework().systems.blue = 1;
         fake::framework().connections.mode = kConnectInBand;
         context_.options.erase("bmc");
-        write("velpaki.sh", "#!/bin/sh\n" + toolBody);
-        boost::filesystem::permissions(path("velpaki.sh"), boost::filesystem::owner_all);
-        fake::framework().config["VELPAKI_PATH"] = path("velpaki.sh");
+        fake::framework().config["VELPAKI_PATH"] = legacy_script::write(folder_.path(), status);
     }
 
     Texts timingRecords() const
@@ -253,10 +252,10 @@ TEST_F(CompareRunnerTest, RefusesALegacySystemOutOfBand)
 
 TEST_F(CompareRunnerTest, RunsTheLegacyToolInBand)
 {
-    legacyInBand("echo \"$@\" > '" + path("called") + "'\n");
+    legacyInBand(0);
     const KorvanResult result = run();
     EXPECT_EQ(result.code, 0U);
-    EXPECT_EQ(content(path("called")), "compare -u -m 7Y41\n");
+    EXPECT_EQ(content(path("record")), "compare -u -m 7Y41\n");
     EXPECT_EQ(fake::framework().scan.runs, 0);
     EXPECT_EQ(out(), "VELPAKI cmd:compare -u -m 7Y41\n");
     EXPECT_EQ(logged(3, "This is an Tolmar branded System.."), 0U);
@@ -266,7 +265,7 @@ TEST_F(CompareRunnerTest, RunsTheLegacyToolInBand)
 
 TEST_F(CompareRunnerTest, SaysThatItIsALegacySystemWithTheScreenFlag)
 {
-    legacyInBand("exit 0\n");
+    legacyInBand(0);
     run(true);
     EXPECT_EQ(logged(3, "This is an Tolmar branded System.."), 1U);
     EXPECT_EQ(out(), "This is an Tolmar branded System..\nVELPAKI cmd:compare -u -m 7Y41\n");
@@ -274,34 +273,16 @@ TEST_F(CompareRunnerTest, SaysThatItIsALegacySystemWithTheScreenFlag)
 
 TEST_F(CompareRunnerTest, ReportsAnyStatusOfTheLegacyToolAs1779)
 {
-    legacyInBand("exit 3\n");
+    legacyInBand(3);
     const KorvanResult result = run();
     EXPECT_EQ(result.code, 1779U);
     EXPECT_EQ(result.message, "VELPAKI does not run successfully, to trace error, see log relate to VELPAKI.");
     EXPECT_EQ(lastSummary().totals[0].code, 1779);
 }
 
-TEST_F(CompareRunnerTest, ReportsALegacyToolThatASignalEndedAs1779)
-{
-    legacyInBand("kill -9 $$\n");
-    EXPECT_EQ(run().code, 1779U);
-}
-
-TEST_F(CompareRunnerTest, PassesOnTheWishOfAUserWhoInterruptsTheLegacyTool)
-{
-    interrupt::reset();
-    legacyInBand("kill -INT $$\n");
-    EXPECT_EQ(run().code, 1779U);
-    EXPECT_TRUE(interrupt::requested());
-    interrupt::reset();
-    legacyInBand("exit 3\n");
-    run();
-    EXPECT_FALSE(interrupt::requested());
-}
-
 TEST_F(CompareRunnerTest, GivesTheCodeOfARefusedLegacyCommand)
 {
-    legacyInBand("exit 0\n");
+    legacyInBand(0);
     fake::framework().config.clear();
     const KorvanResult result = run();
     EXPECT_EQ(result.code, 0x1006AU);

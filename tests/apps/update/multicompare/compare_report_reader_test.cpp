@@ -56,8 +56,9 @@ TEST(FindCompareReports, FindsReportsOfEveryTargetSortedByPath)
     folder.write(std::string("SUCCESS-10.0.0.1/") + kName, "x");
     folder.write(std::string("FAILURE-10.0.0.3/deep/er/") + kName, "x");
     EXPECT_EQ(FindCompareReports(folder.path(), {kName}),
-              (Texts{folder.path() + "/FAILURE-10.0.0.3/deep/er/" + kName, folder.path() + "/SUCCESS-10.0.0.1/" + kName,
-                     folder.path() + "/SUCCESS-10.0.0.2/" + kName}));
+              (Texts{folder.file(std::string("FAILURE-10.0.0.3/deep/er/") + kName),
+                     folder.file(std::string("SUCCESS-10.0.0.1/") + kName),
+                     folder.file(std::string("SUCCESS-10.0.0.2/") + kName)}));
 }
 
 TEST(FindCompareReports, TakesExactNamesOnly)
@@ -88,7 +89,7 @@ TEST(FindCompareReports, GivesAFilePathAsItIs)
 {
     const test_support::ScratchFolder folder;
     folder.write("any.xml", "x");
-    EXPECT_EQ(FindCompareReports(folder.path() + "/any.xml", {kName}), (Texts{folder.path() + "/any.xml"}));
+    EXPECT_EQ(FindCompareReports(folder.file("any.xml"), {kName}), (Texts{folder.file("any.xml")}));
 }
 
 TEST(FindCompareReports, GivesNothingForAMissingDirectory)

@@ -225,7 +225,7 @@ TEST_F(ResultHandlerTest, PrintsTheErrorAndNoTableWhenTheJsonCannotBeWritten)
     writeReport("a", report::file({report::package({report::child()})}));
     write("compare_result.json/in the way", "x");
     handle("nic");
-    EXPECT_EQ(out(), path("/compare_result.json") + ": cannot open file\n");
+    EXPECT_EQ(out(), folder_.path() + "//compare_result.json: cannot open file\n");
     EXPECT_EQ(temporaryFiles(), 0U);
 }
 

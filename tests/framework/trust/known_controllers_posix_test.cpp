@@ -1,0 +1,69 @@
+#include "trust/known_controllers.h"
+
+#include "support/scratch_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+using test_support::readFile;
+using test_support::ScratchFolder;
+using trust::Knowledge;
+using trust::KnownControllers;
+
+namespace
+{
+const std::string kOne(64, '1');
+
+std::ptrdiff_t linesOf(const std::string& content)
+{
+    return std::count(content.begin(), content.end(), '\n');
+}
+
+// Adds `count` controllers of one writer; false when one of them was not added.
+bool addMany(const std::string& path, const std::string& writer, int count)
+{
+    bool added = true;
+    for (int index = 0; index < count; ++index)
+    {
+        added = KnownControllers(path).addIfUnknown(writer + "-" + std::to_string(index) + ":443", kOne).added && added;
+    }
+    return added;
+}
+} // namespace
+
+TEST(KnownControllers, LosesNoLineOfThreadsAndProcesses)
+{
+    constexpr int kWriters = 4;
+    constexpr int kEach = 12;
+    const ScratchFolder folder;
+    const std::string path = folder.file("known");
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0)
+    {
+        ::_exit(addMany(path, "process", kEach) ? 0 : 1);
+    }
+    std::vector<std::thread> threads;
+    std::vector<int> added(kWriters, 0);
+    for (int writer = 0; writer < kWriters; ++writer)
+    {
+        threads.emplace_back(
+            [&added, &path, writer]
+            { added[static_cast<std::size_t>(writer)] = addMany(path, "thread" + std::to_string(writer), kEach); });
+    }
+    for (std::thread& thread : threads)
+    {
+        thread.join();
+    }
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(added, std::vector<int>(kWriters, 1));
+    EXPECT_EQ(linesOf(readFile(path)), 1 + (kWriters + 1) * kEach);
+    EXPECT_EQ(KnownControllers(path).find("process-11:443", kOne).knowledge, Knowledge::Known);
+}
