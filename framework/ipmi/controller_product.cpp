@@ -63,7 +63,7 @@ ChildOutcome runTool(const std::string& tool, const ConnectOption& option, int c
                          std::to_string(patience.tries)};
     request.arguments.insert(request.arguments.end(), command.begin(), command.end());
     request.environment = {"LC_ALL=C", "IPMI_PASSWORD=" + option.password};
-    request.timeLimit = std::min<milliseconds>(option.connectTimeout + kReadingTime, option.targetTimeout);
+    request.timeLimit = std::min<milliseconds>(option.connectTimeout + kReadingTime, timeLeft(option));
     return runChild(request);
 }
 

@@ -1,13 +1,8 @@
 #pragma once
 
+#include "support/loopback_port.h"
 #include "support/process.h"
 #include "support/scratch_folder.h"
-
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <cstdint>
 #include <filesystem>
@@ -17,52 +12,7 @@
 #include <string>
 #include <vector>
 
-// A UDP socket on loopback; port 0 is chosen by the system.
-class LoopbackUdp
-{
-  public:
-    LoopbackUdp() : socket_(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))
-    {
-        const sockaddr_in address = at(0);
-        if (socket_ < 0 || ::bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-        {
-            throw std::runtime_error("no UDP socket");
-        }
-    }
-    ~LoopbackUdp() { ::close(socket_); }
-    LoopbackUdp(const LoopbackUdp&) = delete;
-    LoopbackUdp& operator=(const LoopbackUdp&) = delete;
-
-    unsigned port() const
-    {
-        sockaddr_in address = {};
-        socklen_t size = sizeof address;
-        ::getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size);
-        return ntohs(address.sin_port);
-    }
-
-    // Sends the ping of DMTF DSP0136 (section 3.2.4.2) and waits a moment for any answer.
-    bool pings(unsigned port) const
-    {
-        const unsigned char ping[] = {0x06, 0x00, 0xff, 0x06, 0x00, 0x00, 0x11, 0xbe, 0x80, 0x00, 0x00, 0x00};
-        const sockaddr_in address = at(port);
-        ::sendto(socket_, ping, sizeof ping, 0, reinterpret_cast<const sockaddr*>(&address), sizeof address);
-        pollfd entry = {socket_, POLLIN, 0};
-        return ::poll(&entry, 1, 50) > 0;
-    }
-
-  private:
-    static sockaddr_in at(unsigned port)
-    {
-        sockaddr_in address = {};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        address.sin_port = htons(static_cast<std::uint16_t>(port));
-        return address;
-    }
-
-    int socket_;
-};
+using test_support::LoopbackUdp;
 
 // A loopback port on which nobody answers over UDP.
 inline unsigned freeUdpPort()
@@ -123,11 +73,11 @@ class SimulatedIpmi
     static std::string program()
     {
         std::string path = "/usr/bin/ipmi_sim";
-        if (::access(path.c_str(), X_OK) != 0)
+        if (!std::filesystem::exists(path))
         {
             throw std::runtime_error(path + " is missing; install the package openipmi");
         }
-        if (::access("/usr/bin/ipmitool", X_OK) != 0)
+        if (!std::filesystem::exists("/usr/bin/ipmitool"))
         {
             throw std::runtime_error("/usr/bin/ipmitool is missing; install the package ipmitool");
         }
