@@ -5,6 +5,7 @@
 #include "nova/server_info.h"
 #include "option_names.h"
 #include "result_codes.h"
+#include "target_run/target_run.h"
 #include "trust/known_controllers.h"
 
 #include <algorithm>
@@ -79,6 +80,10 @@ KorvanResult wrongNumber(const char* name, std::int32_t low, std::int32_t high)
 
 KorvanResult fillOtherProtocols(const UserContext& context, ConnectOption& option)
 {
+    if (!takeNumber(context, option::kBmcCimPort, 1, kHighestPort, option.cimPort))
+    {
+        return wrongNumber(option::kBmcCimPort, 1, kHighestPort);
+    }
     if (!takeNumber(context, option::kIpmiPort, 1, kHighestPort, option.ipmiPort))
     {
         return wrongNumber(option::kIpmiPort, 1, kHighestPort);
@@ -111,6 +116,8 @@ KorvanResult ConvertUserContextToConnectOption(const UserContext& context, Conne
     fillTrust(context, filled);
     filled.connectTimeout = std::chrono::seconds(std::max(1, context.connectTimeout));
     filled.targetTimeout = std::chrono::seconds(std::max(1, context.targetTimeout));
+    filled.deadline = target_run::deadline(filled.targetTimeout);
+    filled.machineTypeStated = HasOption(context, option::kMt);
     if (filled.kind == option::kLocal)
     {
         filled.address = GetOption(context, option::kLocal, "");

@@ -1,16 +1,11 @@
 #include "connect/local_inventory.h"
 
+#include "connect/local_devices.h"
 #include "connect/os_release.h"
-#include "files/files.h"
+#include "connect/system_tree.h"
 #include "redfish/machine_type.h"
-#include "text/text.h"
 #include "xmodule_log.h"
 
-#include <boost/filesystem/operations.hpp>
-#include <boost/filesystem/path.hpp>
-
-#include <algorithm>
-#include <set>
 #include <sys/utsname.h>
 #include <vector>
 
@@ -18,27 +13,9 @@ namespace connect
 {
 namespace
 {
-namespace fs = boost::filesystem;
-
 constexpr char kSource[] = "framework/connect/local_inventory";
 constexpr char kDmi[] = "/sys/class/dmi/id/";
-constexpr char kNetwork[] = "/sys/class/net";
-constexpr char kModules[] = "/sys/module/";
-constexpr std::size_t kLargestAttribute = 4096; // a page, sysfs's own limit
 constexpr std::size_t kLargestOsRelease = 65536;
-constexpr std::size_t kMostDrivers = 256;
-
-// The file as one trimmed text; empty, and logged, when it cannot be read.
-std::string attribute(const std::string& path, std::size_t limit = kLargestAttribute)
-{
-    std::string content;
-    if (files::read(path, limit, content) != files::ReadOutcome::Ok)
-    {
-        KORVAN_LOG(2, kSource) << "localhost: " << path << " cannot be read; what it says stays unknown";
-        return std::string();
-    }
-    return text::trim(content);
-}
 
 // "07/24/2026", as SMBIOS has it (DMTF DSP0134, BIOS Information), to "2026-07-24".
 std::string isoDate(const std::string& date)
@@ -47,23 +24,23 @@ std::string isoDate(const std::string& date)
     return american ? date.substr(6) + "-" + date.substr(0, 2) + "-" + date.substr(3, 2) : std::string();
 }
 
-void readMachine(const std::string& root, service::UpdateScanReport& report)
+void readMachine(const SystemTree& tree, service::UpdateScanReport& report)
 {
     std::vector<std::string> candidates;
     for (const char* name : {"product_sku", "product_name", "product_family", "product_version", "board_name"})
     {
-        candidates.push_back(attribute(root + kDmi + name));
+        candidates.push_back(tree.attribute(std::string(kDmi) + name));
     }
     report.SetMT(redfish::firstMachineType(candidates));
     if (report.GetMT().empty())
     {
-        KORVAN_LOG(2, kSource) << "localhost: no machine type in " << root << kDmi << "; state it with --mt";
+        KORVAN_LOG(2, kSource) << "localhost: no machine type in " << kDmi << "; state it with --mt";
     }
 }
 
-void readBios(const std::string& root, service::UpdateScanReport& report)
+void readBios(const SystemTree& tree, service::UpdateScanReport& report)
 {
-    const std::string version = attribute(root + kDmi + "bios_version");
+    const std::string version = tree.attribute(std::string(kDmi) + "bios_version");
     if (version.empty())
     {
         return;
@@ -75,19 +52,20 @@ void readBios(const std::string& root, service::UpdateScanReport& report)
     item.version = version;
     item.category = "Firmware";
     item.classification = "UEFI";
-    item.manufacturer = attribute(root + kDmi + "bios_vendor");
-    item.releaseDate = isoDate(attribute(root + kDmi + "bios_date"));
+    item.manufacturer = tree.attribute(std::string(kDmi) + "bios_vendor");
+    item.releaseDate = isoDate(tree.attribute(std::string(kDmi) + "bios_date"));
     item.slotType = "0";
     item.slotNumber = "0";
     report.AddScanResult(item);
 }
 
-void readOperatingSystem(const std::string& root, service::UpdateScanReport& report)
+void readOperatingSystem(const SystemTree& tree, service::UpdateScanReport& report)
 {
     std::string content;
     for (const char* name : {"/etc/os-release", "/usr/lib/os-release"})
     {
-        if (files::read(root + name, kLargestOsRelease, content) == files::ReadOutcome::Ok)
+        content = tree.content(name, kLargestOsRelease);
+        if (!content.empty())
         {
             break;
         }
@@ -114,53 +92,21 @@ void readArchitecture(service::UpdateScanReport& report)
     }
 }
 
-std::set<std::string> networkDrivers(const std::string& root)
-{
-    std::set<std::string> drivers;
-    boost::system::error_code error;
-    for (fs::directory_iterator entry(root + kNetwork, error), end; !error && entry != end; entry.increment(error))
-    {
-        boost::system::error_code noDriver;
-        const fs::path driver = fs::read_symlink(entry->path() / "device" / "driver", noDriver);
-        if (!noDriver && drivers.size() < kMostDrivers)
-        {
-            drivers.insert(driver.filename().string());
-        }
-    }
-    if (error)
-    {
-        KORVAN_LOG(2, kSource) << "localhost: " << root << kNetwork << " cannot be read: " << error.message();
-    }
-    return drivers;
-}
-
-void readDrivers(const std::string& root, service::UpdateScanReport& report)
-{
-    for (const std::string& driver : networkDrivers(root))
-    {
-        std::string module = driver;
-        std::replace(module.begin(), module.end(), '-', '_');
-        std::string versionFile = root + kModules;
-        versionFile.append(module).append("/version");
-        service::ScanItem item;
-        item.id = "driver-" + driver;
-        item.name = driver + " network driver";
-        item.softwareId = driver;
-        item.version = attribute(versionFile);
-        item.category = "Driver";
-        item.classification = "Network";
-        report.AddScanResult(item);
-    }
-}
 } // namespace
 
 KorvanResult readLocalInventory(const std::string& root, service::UpdateScanReport& report)
 {
-    readMachine(root, report);
-    readBios(root, report);
-    readOperatingSystem(root, report);
+    const SystemTree tree(root);
+    // Only this machine's own interfaces can be asked.
+    const AskNetworkDriver ask = tree.real() ? AskNetworkDriver(network_driver::ask)
+                                             : [](const std::string&, network_driver::Facts&) { return false; };
+    readMachine(tree, report);
+    readBios(tree, report);
+    addController(tree, report);
+    addDisks(tree, report);
+    readOperatingSystem(tree, report);
     readArchitecture(report);
-    readDrivers(root, report);
+    addAdaptersAndDrivers(tree, ask, report);
     KORVAN_LOG(3, kSource) << "localhost: machine type \"" << report.GetMT() << "\", system \"" << report.GetOS()
                            << "\", " << report.GetScanResults().size() << " items";
     return KorvanResult();

@@ -130,9 +130,15 @@ TEST(ConnectOptions, TakeThePortAndCipherSuiteOfIpmi)
     EXPECT_EQ(17, option.ipmiCipherSuite);
 }
 
+TEST(ConnectOptions, TakeThePortOfTheCimService)
+{
+    EXPECT_EQ(0U, optionOf({{"bmc", "h"}}).cimPort) << "the standard one";
+    EXPECT_EQ(7989U, optionOf({{"bmc", "h:443"}, {"bmc-cim-port", "7989"}}).cimPort);
+}
+
 TEST(ConnectOptions, RefuseAPortOrCipherSuiteOutOfBounds)
 {
-    for (const char* name : {"ipmi-port", "ipmi-cipher-suite"})
+    for (const char* name : {"bmc-cim-port", "ipmi-port", "ipmi-cipher-suite"})
     {
         for (const char* value : {"", "-1", "65536", "3x", " 3", "99999999999999999999"})
         {
