@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 
 // How one management controller speaks. The order of each enumeration is the order of its names in controller_switches.cpp.
@@ -68,6 +69,18 @@ enum class CertificateKind
     SelfSigned,
 };
 
+enum class CimService
+{
+    Off,
+    Works,
+    AccessDenied,
+    UnknownClass,
+    Failing,
+    NoChassis,
+    BrokenXml,
+    DeepXml,
+};
+
 struct Behaviour
 {
     Authentication authentication = Authentication::BasicAndSessions;
@@ -96,5 +109,10 @@ struct Behaviour
     TlsVersion maxTls = TlsVersion::Any;
     CertificateKind certificate = CertificateKind::Valid;
     bool noRedfish = false;
+
+    CimService cim = CimService::Off;
+    // Properties of its chassis by name; one that is missing has no value there.
+    std::map<std::string, std::string> cimChassis = {
+        {"Manufacturer", "Example Works"}, {"Model", "Node X20"}, {"PartNumber", "SN00X20"}, {"SKU", "7X20CTO1WW"}};
 };
 } // namespace simulator

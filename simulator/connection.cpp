@@ -167,6 +167,9 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>>
         request.host = header(message, "Host");
         request.authorization = header(message, "Authorization");
         request.token = header(message, "X-Auth-Token");
+        request.cimOperation = header(message, "CIMOperation");
+        request.cimMethod = header(message, "CIMMethod");
+        request.cimObject = header(message, "CIMObject");
         request.body = message.body();
         if (service_->control && request.target == kControlPath)
         {

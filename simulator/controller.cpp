@@ -1,5 +1,6 @@
 #include "controller.h"
 
+#include "cim_service.h"
 #include "redfish_error.h"
 #include "redfish_paths.h"
 #include "resource_view.h"
@@ -75,6 +76,11 @@ Reply Controller::plainAnswer(const Request& request, const RequestTarget& targe
 {
     const Behaviour& behaviour = config_.behaviour;
     Reply reply;
+    if (behaviour.cim != CimService::Off && target.path == kCimPath)
+    {
+        const bool open = behaviour.authentication == Authentication::None || hasBasic(request);
+        return open ? cimAnswer(request, behaviour) : unauthorized(true);
+    }
     if (behaviour.noRedfish)
     {
         reply.status = 404;
@@ -147,11 +153,11 @@ bool Controller::hasBasic(const Request& request) const
     return request.authorization == "Basic " + basicHeader_;
 }
 
-Reply Controller::unauthorized()
+Reply Controller::unauthorized(bool basicHelps)
 {
     statistics_.update([](ControllerStatistics& values) { ++values.refusedLogins; });
     Reply reply = redfishError(401);
-    if (config_.behaviour.authentication != Authentication::SessionsOnly)
+    if (basicHelps)
     {
         reply.headers.emplace_back("WWW-Authenticate", "Basic realm=\"Redfish\"");
     }
@@ -167,11 +173,12 @@ std::optional<Reply> Controller::refusal(const Request& request, const RequestTa
     {
         return std::nullopt;
     }
-    const bool basic = hasBasic(request) && (behaviour.authentication != Authentication::SessionsOnly || login);
+    const bool basicHelps = behaviour.authentication != Authentication::SessionsOnly || login;
+    const bool basic = hasBasic(request) && basicHelps;
     const bool session = behaviour.authentication != Authentication::BasicOnly && sessions_.isToken(request.token);
     if (!basic && !session)
     {
-        return unauthorized();
+        return unauthorized(basicHelps);
     }
     const bool logout = request.method == "DELETE" && session;
     if (behaviour.passwordChangeRequired && !login && !logout)

@@ -36,7 +36,7 @@ class Controller
     std::optional<Reply> slashAnswer(const Request& request, const RequestTarget& target) const;
     std::optional<Reply> refusal(const Request& request, const RequestTarget& target);
     bool hasBasic(const Request& request) const;
-    Reply unauthorized();
+    Reply unauthorized(bool basicHelps); // whether Basic would be taken in place of what came
 
     ControllerConfig config_;
     std::shared_ptr<const ResourceStore> store_;

@@ -3,6 +3,8 @@
 #include "redfish_error.h"
 #include "resource_view.h"
 
+#include <nlohmann/json.hpp>
+
 #include <memory>
 #include <utility>
 
@@ -52,6 +54,32 @@ Reply hugeBody(std::uint64_t mebibytes)
         return --*left == 0 ? "\"}" : std::string(kPieceBytes, 'x');
     };
     return reply;
+}
+
+// The answer with one change to its JSON.
+void changeBody(FaultAction action, Reply& reply)
+{
+    nlohmann::json body = nlohmann::json::parse(reply.body, nullptr, false);
+    if (!body.is_object())
+    {
+        return;
+    }
+    if (action == FaultAction::WithoutMembers)
+    {
+        body.erase("Members");
+    }
+    else if (action == FaultAction::AnnotatedMembers)
+    {
+        for (nlohmann::json& member : body["Members"])
+        {
+            member["@odata.type"] = "#SoftwareInventory.v1_2_3.SoftwareInventory";
+        }
+    }
+    else
+    {
+        body["error"] = nlohmann::json::parse(redfishError(500).body)["error"];
+    }
+    reply.body = body.dump();
 }
 
 Delivery deliveryOf(FaultAction action)
@@ -115,6 +143,11 @@ Reply Controller::applyFault(const FaultRule& rule, const Request& request, cons
     if (rule.action == FaultAction::BrokenJson)
     {
         reply.body.resize(reply.body.size() / 2);
+    }
+    else if (rule.action == FaultAction::WithoutMembers || rule.action == FaultAction::WithError ||
+             rule.action == FaultAction::AnnotatedMembers)
+    {
+        changeBody(rule.action, reply);
     }
     else if (rule.action == FaultAction::EmptyBody)
     {

@@ -88,7 +88,7 @@ Reply Controller::createSession(const Request& request)
     }
     if (field("UserName") != config_.user || field("Password") != config_.password)
     {
-        return unauthorized();
+        return unauthorized(config_.behaviour.authentication != Authentication::SessionsOnly);
     }
     const std::optional<Session> session = sessions_.create();
     if (!session)

@@ -49,6 +49,29 @@ void readTransportSwitches(ConfigReader& reader, Behaviour& behaviour)
         choose(reader, "certificate", {"valid", "expired", "wrong_host", "self_signed"}, behaviour.certificate);
 }
 
+void readCimSwitches(ConfigReader& reader, Behaviour& behaviour)
+{
+    behaviour.cim =
+        choose(reader, "cim",
+               {"off", "works", "access_denied", "unknown_class", "failing", "no_chassis", "broken_xml", "deep_xml"},
+               behaviour.cim);
+    const json* chassis = reader.member("cim_chassis");
+    if (chassis == nullptr)
+    {
+        return;
+    }
+    behaviour.cimChassis.clear();
+    ConfigReader properties(*chassis, reader.where() + ", cim_chassis");
+    for (const char* name : {"Manufacturer", "Model", "PartNumber", "SKU"})
+    {
+        if (properties.has(name))
+        {
+            behaviour.cimChassis[name] = properties.text(name, "");
+        }
+    }
+    properties.finish();
+}
+
 void readFaultDetails(ConfigReader& reader, FaultRule& rule)
 {
     switch (rule.action)
@@ -119,6 +142,7 @@ Behaviour readBehaviour(const json& object, const std::string& where)
     behaviour.cyclicPaging = reader.flag("cyclic_paging", behaviour.cyclicPaging);
     readTransportSwitches(reader, behaviour);
     behaviour.noRedfish = reader.flag("no_redfish", behaviour.noRedfish);
+    readCimSwitches(reader, behaviour);
     reader.finish();
     return behaviour;
 }
@@ -142,11 +166,12 @@ FaultRule readFault(const json& object, const std::string& where)
     {
         reader.fail("action", "is missing");
     }
-    rule.action = choose(reader, "action",
-                         {"status", "slow", "hang", "cut_before_headers", "cut_in_headers", "cut_in_body",
-                          "cut_after_bytes", "empty_reply", "empty_body", "broken_json", "huge_body", "huge_collection",
-                          "content_type", "redirect", "redirect_to_http"},
-                         FaultAction::Status);
+    rule.action =
+        choose(reader, "action",
+               {"status", "slow", "hang", "cut_before_headers", "cut_in_headers", "cut_in_body", "cut_after_bytes",
+                "empty_reply", "empty_body", "broken_json", "huge_body", "huge_collection", "content_type", "redirect",
+                "redirect_to_http", "without_members", "with_error", "annotated_members"},
+               FaultAction::Status);
     readFaultDetails(reader, rule);
     reader.finish();
     return rule;

@@ -28,6 +28,9 @@ enum class FaultAction
     ContentType,
     Redirect,
     RedirectToHttp,
+    WithoutMembers,
+    WithError,
+    AnnotatedMembers,
 };
 
 // A regular expression over path and query as they were sent. An empty one matches everything.

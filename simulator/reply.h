@@ -17,6 +17,9 @@ struct Request
     std::string host;
     std::string authorization;
     std::string token; // X-Auth-Token
+    std::string cimOperation;
+    std::string cimMethod;
+    std::string cimObject;
     std::string body;
 };
 

@@ -12,7 +12,6 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/signal_set.hpp>
 
-#include <csignal>
 #include <exception>
 #include <iostream>
 
@@ -109,7 +108,11 @@ void serve(const Options& options)
 {
     // The signals are taken before anything is announced: a parent may stop us as soon as it has read "ready".
     boost::asio::io_context loop;
-    boost::asio::signal_set signals(loop, SIGINT, SIGTERM);
+    boost::asio::signal_set signals(loop);
+    for (const int number : stopSignals())
+    {
+        signals.add(number);
+    }
     signals.async_wait([&loop](const boost::system::error_code&, int) { loop.stop(); });
     if (options.stopOnEof)
     {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <memory>
 #include <utility>
 
@@ -41,6 +42,11 @@ class InputWatch : public std::enable_shared_from_this<InputWatch>
     std::array<char, 256> scrap_{};
 };
 } // namespace
+
+std::vector<int> stopSignals()
+{
+    return {SIGINT, SIGTERM};
+}
 
 void watchStandardInput(boost::asio::io_context& loop, std::function<void()> ended)
 {

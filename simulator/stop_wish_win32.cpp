@@ -4,11 +4,17 @@
 
 #include <windows.h>
 
+#include <csignal>
 #include <thread>
 #include <utility>
 
 namespace simulator
 {
+std::vector<int> stopSignals()
+{
+    return {SIGINT, SIGTERM, SIGBREAK};
+}
+
 void watchStandardInput(boost::asio::io_context& loop, std::function<void()> ended)
 {
     // Reading a pipe or a console cannot be abandoned here, so that the thread may outlive the loop's run; it is

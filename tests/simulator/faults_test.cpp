@@ -110,6 +110,18 @@ TEST_F(Faults, SpoilTheBody)
               "text/html");
 }
 
+TEST_F(Faults, ChangeTheJson)
+{
+    const json bare = parsed(withFault({{"action", "without_members"}}).body);
+    EXPECT_TRUE(bare.contains("@odata.id"));
+    EXPECT_FALSE(bare.contains("Members"));
+    const json annotated = parsed(withFault({{"action", "annotated_members"}}).body);
+    EXPECT_TRUE(annotated.at("Members").at(0).contains("@odata.type"));
+    const json both = parsed(withFault({{"action", "with_error"}}).body);
+    EXPECT_TRUE(both.contains("Members"));
+    EXPECT_TRUE(both.at("error").contains("@Message.ExtendedInfo"));
+}
+
 TEST_F(Faults, SendAHugeBody)
 {
     const Answer huge = withFault({{"action", "huge_body"}, {"mib", 3}});
