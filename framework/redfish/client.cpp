@@ -24,8 +24,8 @@ constexpr char kSource[] = "framework/redfish/client";
 constexpr std::size_t kLongestPath = 4096;
 constexpr milliseconds kWaitStep{50};
 constexpr milliseconds kFarewellTime{5000}; // for deleting the session, beyond the target's limit
-constexpr int kStrikes = 2;                 // transport failures in a row after which the target is given up
-constexpr int kMostSessions = 3;            // logins of one client, when the service keeps ending its sessions
+constexpr int kStrikes = 2; // requests without an answer to their question in a row after which the target is given up
+constexpr int kMostSessions = 3; // logins of one client, when the service keeps ending its sessions
 
 bool isRedirect(int status)
 {
@@ -70,23 +70,20 @@ struct Client::State
     std::string sessionsPath;
     Session session;
     int sessionsOpened = 0;
-    bool started = false;
-    bool answered = false; // the service has answered at least once
-    bool ranOut = false;   // the target's time limit, not one request's
+    bool answered = false;      // the service has answered at least once
+    bool ranOut = false;        // the target's time limit, not one request's
+    bool sessionsTaken = false; // the service takes no further session
     int strikes = 0;
-    Clock::time_point deadline;
     Reply final; // not ok: the client is of no more use
 };
 
 milliseconds Client::State::remaining()
 {
-    const auto now = Clock::now();
-    if (!started)
+    if (option.deadline == Clock::time_point())
     {
-        started = true;
-        deadline = now + option.targetTimeout;
+        option.deadline = Clock::now() + option.targetTimeout;
     }
-    return std::max(milliseconds(0), std::chrono::duration_cast<milliseconds>(deadline - now));
+    return timeLeft(option);
 }
 
 bool Client::State::waitFor(milliseconds time)
@@ -149,7 +146,6 @@ bool Client::State::logIn(Exchange& refusal)
     {
         return false;
     }
-    ++sessionsOpened;
     session.forget();
     const Exchange answer =
         session.open(sessionsPath, option, [this](const Request& next) { return sendFollowing(next); });
@@ -158,8 +154,10 @@ bool Client::State::logIn(Exchange& refusal)
         const bool telling = answer.fault != TransportFault::None || answer.status == 401 || answer.status == 403 ||
                              isBusy(answer.status);
         refusal = telling ? answer : refusal;
+        sessionsTaken = isBusy(answer.status);
         return false;
     }
+    ++sessionsOpened;
     KORVAN_LOG(3, kSource) << target << ": logged in with a session";
     return true;
 }
@@ -196,12 +194,11 @@ bool Client::State::retryAfter(const Exchange& answer, int attempt, Request& req
     {
         return true; // the service had closed the kept-alive connection
     }
-    milliseconds wait = limits.backOff * (1 << std::min(attempt, 10));
+    milliseconds wait = std::min(limits.backOff * (1 << std::min(attempt, 10)), limits.longestWait);
     if (busy && answer.retryAfter.count() > 0)
     {
-        wait = answer.retryAfter;
+        wait = answer.retryAfter; // as told, or not at all
     }
-    wait = std::min(wait, limits.longestWait);
     if (wait >= remaining())
     {
         return false;
@@ -264,8 +261,10 @@ Reply Client::State::get(const std::string& path, const std::string& stage, std:
 void Client::State::judge(const Reply& reply)
 {
     const bool lost = reply.fault == Fault::TimeLimit || reply.fault == Fault::Unreachable;
-    strikes = lost ? strikes + 1 : 0;
-    if (isFinal(reply.fault) || (lost && (ranOut || !answered || strikes >= kStrikes)))
+    const bool busy = reply.fault == Fault::Busy;
+    strikes = lost || busy ? strikes + 1 : 0;
+    const bool givenUp = (lost && (ranOut || !answered)) || (busy && sessionsTaken) || strikes >= kStrikes;
+    if (isFinal(reply.fault) || givenUp)
     {
         final = reply;
     }
@@ -279,11 +278,15 @@ Client::Client(const ConnectOption& option, const ClientLimits& limits)
 Client::Client(const ConnectOption& option, const ClientLimits& limits, std::unique_ptr<Transport> transport)
     : state_(std::make_unique<State>(option, limits, std::move(transport)))
 {
+    if (!option.user.empty() && option.password.empty())
+    {
+        state_->final = noPasswordFailure(state_->target);
+    }
 }
 
 Client::~Client()
 {
-    state_->session.close(state_->target, [this](const Request& request) { return state_->send(request); });
+    state_->session.close(state_->target, [this](const Request& request) { return state_->sendFollowing(request); });
 }
 
 Reply Client::getJson(const std::string& path, nlohmann::json& document)

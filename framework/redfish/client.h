@@ -19,7 +19,7 @@ struct ClientLimits
 {
     std::chrono::milliseconds requestTime{120000}; // slow controllers need minutes for one inventory
     std::chrono::milliseconds backOff{1000};       // before the first retry; doubles with each
-    std::chrono::milliseconds longestWait{30000};  // of what a Retry-After may ask for
+    std::chrono::milliseconds longestWait{30000};  // of the back-off; a Retry-After counts as it is
     int retries = 3;
     int redirects = 4;
     std::size_t largestBody = std::size_t{16} * 1024 * 1024; // bytes, decoded
@@ -29,8 +29,8 @@ struct ClientLimits
 //
 // One request at a time over one kept-alive connection, because controllers serve few at once. A GET is repeated a
 // bounded number of times when the service is busy (429, 502, 503, 504; Retry-After is honoured) or the connection was
-// cut. Redirects are followed to the same scheme, host and port only. The target's time limit begins with the first
-// request. A requested interrupt ends any wait.
+// cut. Redirects are followed to the same scheme, host and port only. The target's time limit is the
+// option's deadline, or begins with the first request. A requested interrupt ends any wait.
 //
 // Login: HTTP Basic; where the service refuses that and offers sessions, a session, which is deleted in the
 // destructor, also after a failure or an interrupt.

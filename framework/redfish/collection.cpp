@@ -1,5 +1,6 @@
 #include "redfish/collection.h"
 
+#include "redfish/failure.h"
 #include "redfish/json.h"
 #include "xmodule_log.h"
 
@@ -15,10 +16,21 @@ constexpr char kSource[] = "framework/redfish/collection";
 constexpr std::size_t kMostMembers = 5000;
 constexpr std::size_t kMostPages = 500;
 
-// A member that carries data, not just "@odata.id".
+// A member that carries data, not just "@odata.id" and other annotations (DSP0266, "Payload annotations").
 bool isResource(const nlohmann::json& member)
 {
-    return member.is_object() && member.size() > 1 && redfish::member(member, "@odata.id") != nullptr;
+    if (!member.is_object() || redfish::member(member, "@odata.id") == nullptr)
+    {
+        return false;
+    }
+    for (const auto& item : member.items())
+    {
+        if (item.key().find('@') == std::string::npos)
+        {
+            return true;
+        }
+    }
+    return false;
 }
 
 class CollectionReader
@@ -35,10 +47,15 @@ class CollectionReader
         bool first = true;
         while (!page.empty() && more_)
         {
-            if (!pages_.insert(page).second || pages_.size() > kMostPages)
+            if (!pages_.insert(page).second)
             {
-                KORVAN_LOG(2, kSource) << client_.target() << ": " << path << ": the pages go in a circle or never end";
+                // Whatever was to come has been seen.
+                KORVAN_LOG(2, kSource) << client_.target() << ": " << path << ": the pages go in a circle";
                 break;
+            }
+            if (pages_.size() > kMostPages)
+            {
+                return tooMuch(path, "more than " + std::to_string(kMostPages) + " pages");
             }
             nlohmann::json document;
             const Reply reply = first ? firstPage(page, document) : client_.getJson(page, document);
@@ -46,7 +63,12 @@ class CollectionReader
             {
                 return failure_.ok() ? reply : failure_;
             }
-            takeMembers(document);
+            const nlohmann::json* members = member(document, "Members");
+            if (members != nullptr && members->is_array() && seen_.size() + members->size() > kMostMembers)
+            {
+                return tooMuch(path, "more than " + std::to_string(kMostMembers) + " members");
+            }
+            takeMembers(members);
             page = linkOf(member(document, "Members@odata.nextLink"));
             first = false;
         }
@@ -75,9 +97,13 @@ class CollectionReader
         return plain;
     }
 
-    void takeMembers(const nlohmann::json& document)
+    Reply tooMuch(const std::string& path, const std::string& what) const
     {
-        const nlohmann::json* members = member(document, "Members");
+        return unreadableFailure("the collection has " + what, client_.target(), "reading " + path);
+    }
+
+    void takeMembers(const nlohmann::json* members)
+    {
         if (members == nullptr || !members->is_array())
         {
             return;
@@ -88,12 +114,6 @@ class CollectionReader
             if (link.empty() || !seen_.insert(link).second)
             {
                 continue;
-            }
-            if (seen_.size() > kMostMembers)
-            {
-                KORVAN_LOG(2, kSource) << client_.target() << ": more than " << kMostMembers
-                                       << " members, rest ignored";
-                more_ = false;
             }
             more_ = more_ && client_.usable() && takeMember(entry, link);
             if (!more_)

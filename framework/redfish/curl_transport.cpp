@@ -8,13 +8,16 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <chrono>
 #include <mutex>
+#include <optional>
 
 namespace redfish
 {
 namespace
 {
-constexpr int kPollMilliseconds = 100; // how long an interrupt may go unnoticed
+constexpr std::chrono::seconds kFinishTime{5}; // after an interrupt, for what should not be broken off
+constexpr int kPollMilliseconds = 100;         // how long an interrupt may go unnoticed
 constexpr long kIdleSecondsOfConnection = 60;
 constexpr curl_off_t kLongestRetryAfter = 86400; // seconds
 
@@ -50,6 +53,7 @@ struct Receiver
     bool headersComplete = false;
     bool tooLarge = false;
     bool interrupted = false;
+    std::optional<std::chrono::steady_clock::time_point> interruptSeen;
 };
 
 std::size_t takeBody(char* data, std::size_t size, std::size_t count, void* user)
@@ -115,12 +119,15 @@ std::size_t takeHeader(char* data, std::size_t size, std::size_t count, void* us
 int watchInterrupt(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
 {
     auto* receiver = static_cast<Receiver*>(user);
-    if (receiver->interruptUse == InterruptUse::Abort && interrupt::requested())
+    if (receiver->interruptUse == InterruptUse::Ignore || !interrupt::requested())
     {
-        receiver->interrupted = true;
-        return 1;
+        return 0;
     }
-    return 0;
+    const auto now = std::chrono::steady_clock::now();
+    receiver->interruptSeen = receiver->interruptSeen.value_or(now);
+    receiver->interrupted =
+        receiver->interruptUse == InterruptUse::Abort || now - *receiver->interruptSeen >= kFinishTime;
+    return receiver->interrupted ? 1 : 0;
 }
 
 TransportFault faultOf(CURLcode code, const Receiver& receiver)
@@ -187,6 +194,17 @@ void resolveLocation(const std::string& requestUrl, const std::string& location,
     }
     const std::string query = target.part(CURLUPART_QUERY, 0);
     exchange.location = target.part(CURLUPART_PATH, 0) + (query.empty() ? "" : "?" + query);
+}
+
+// DSP0266, section "Request headers".
+std::vector<std::string> redfishHeaders(const std::string& method)
+{
+    std::vector<std::string> headers = {"Accept: application/json", "OData-Version: 4.0"};
+    if (method == "POST")
+    {
+        headers.emplace_back("Content-Type: application/json");
+    }
+    return headers;
 }
 
 void initialiseOnce()
@@ -270,6 +288,11 @@ bool CurlTransport::State::prepareTrust()
         // Without this the system's folder of certificates would count beside the user's file.
         curl_easy_setopt(easy, CURLOPT_CAPATH, nullptr);
     }
+    else
+    {
+        // Where the system keeps its authorities in a store instead of files; elsewhere this changes nothing.
+        curl_easy_setopt(easy, CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NATIVE_CA));
+    }
     if (trust::CertificateCheck::available())
     {
         return certificateCheck.install(easy) && !(ownFingerprint && option.scheme == "http");
@@ -306,11 +329,12 @@ bool CurlTransport::State::prepare(const Request& request, const std::string& ur
     curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, watchInterrupt);
     curl_easy_setopt(easy, CURLOPT_XFERINFODATA, &receiver);
 
-    headers = curl_slist_append(headers, "Accept: application/json");
-    headers = curl_slist_append(headers, "OData-Version: 4.0");
+    for (const std::string& header : request.headers.empty() ? redfishHeaders(request.method) : request.headers)
+    {
+        headers = curl_slist_append(headers, header.c_str());
+    }
     if (request.method == "POST")
     {
-        headers = curl_slist_append(headers, "Content-Type: application/json");
         headers = curl_slist_append(headers, "Expect:");
         curl_easy_setopt(easy, CURLOPT_POST, 1L);
         curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));

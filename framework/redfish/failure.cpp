@@ -49,7 +49,8 @@ Reply transportFailure(const Exchange& exchange, const std::string& target, cons
     case TransportFault::TimeLimit:
         return failure(Fault::TimeLimit, result_code::kTimeout, 0, target, stage,
                        "no answer within the time limit" + detail +
-                           "; check the address, or give more time with --connect-timeout and --target-timeout.");
+                           "; check the address and whether the controller is overloaded, or give it more time to "
+                           "connect with --connect-timeout.");
     case TransportFault::NameNotFound:
         return failure(Fault::Unreachable, result_code::kConnectionFailed, 0, target, stage,
                        "the host name is not known" + detail + "; check the target's address.");
@@ -150,6 +151,13 @@ Reply deadlineFailure(const std::string& target, const std::string& stage)
 {
     return failure(Fault::TimeLimit, result_code::kTimeout, 0, target, stage,
                    "the time limit for this target is over; give more with --target-timeout.");
+}
+
+Reply noPasswordFailure(const std::string& target)
+{
+    return failure(Fault::Login, result_code::kAuthenticationFailed, 0, target, "logging in",
+                   "the user has no password; give one with --password-file, --password-stdin or KORVAN_PASSWORD. It "
+                   "was not tried without, since refused logins can lock the account.");
 }
 
 Reply noServiceFailure(const std::string& target, const std::string& why)

@@ -16,5 +16,8 @@ Reply unreadableFailure(const std::string& reason, const std::string& target, co
 Reply redirectFailure(const Exchange& exchange, const std::string& target, const std::string& stage);
 Reply interruptedFailure(const std::string& target, const std::string& stage);
 Reply deadlineFailure(const std::string& target, const std::string& stage);
+// A user without a password, who is not tried.
+Reply noPasswordFailure(const std::string& target);
+
 Reply noServiceFailure(const std::string& target, const std::string& why);
 } // namespace redfish

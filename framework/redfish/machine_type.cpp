@@ -67,8 +67,9 @@ bool isMachineType(const std::string& value)
 // "10GB", "750W", "2U4N": sizes, powers and chassis forms look like machine types too.
 bool isMeasure(const std::string& word)
 {
-    static const std::vector<std::string> units = {"GB", "TB", "MB", "KB", "KW", "HZ", "GT", "IN", "MM", "NM",
-                                                   "W",  "V",  "A",  "U",  "G",  "T",  "M",  "K",  "N"};
+    static const std::vector<std::string> units = {"GB", "TB",  "MB",  "KB",  "KW", "HZ",  "GT",  "IN", "MM",
+                                                   "NM", "W",   "V",   "A",   "U",  "G",   "T",   "M",  "K",
+                                                   "N",  "SFF", "LFF", "BAY", "RU", "HDD", "SSD", "CPU"};
     const std::size_t letters =
         static_cast<std::size_t>(std::find_if_not(word.begin(), word.end(), isDigit) - word.begin());
     const std::string rest = word.substr(letters);

@@ -152,30 +152,33 @@ nlohmann::json chooseManager(Client& client, ServiceRoot& root, const nlohmann::
     return found.is_null() ? first : found;
 }
 
-void readInventory(Client& client, ServiceRoot& root, const std::string& path, InventoryKind kind,
+// False when nothing of a collection could be read that the service has.
+bool readInventory(Client& client, ServiceRoot& root, const std::string& path, InventoryKind kind,
                    std::vector<InventoryEntry>& entries, Outcome& outcome)
 {
-    if (path.empty() || !client.usable())
+    if (path.empty())
     {
-        return;
+        return true;
     }
     const std::size_t before = entries.size();
-    outcome.addUnlessMissing(readCollection(client, path, root.expansion,
-                                            [&](const nlohmann::json& resource)
-                                            {
-                                                InventoryEntry entry;
-                                                if (readInventoryItem(resource, kind, entry))
-                                                {
-                                                    entries.push_back(std::move(entry));
-                                                }
-                                                else
-                                                {
-                                                    KORVAN_LOG(2, kSource) << client.target() << ": an item of " << path
-                                                                           << " has neither id nor name; ignored";
-                                                }
-                                                return true;
-                                            }));
+    const Reply reply = readCollection(client, path, root.expansion,
+                                       [&](const nlohmann::json& resource)
+                                       {
+                                           InventoryEntry entry;
+                                           if (readInventoryItem(resource, kind, entry))
+                                           {
+                                               entries.push_back(std::move(entry));
+                                           }
+                                           else
+                                           {
+                                               KORVAN_LOG(2, kSource) << client.target() << ": an item of " << path
+                                                                      << " has neither id nor name; ignored";
+                                           }
+                                           return true;
+                                       });
+    outcome.addUnlessMissing(reply);
     KORVAN_LOG(3, kSource) << client.target() << ": " << entries.size() - before << " entries in " << path;
+    return reply.ok() || reply.fault == Fault::Missing || entries.size() > before;
 }
 
 void tell(const Progress& progress, int percent, const std::string& text)
@@ -274,7 +277,11 @@ KorvanResult readItems(Client& client, ServiceRoot& root, const Progress& progre
     const std::string software = linkOf(member(updateService, "SoftwareInventory"));
     std::vector<InventoryEntry> entries;
     tell(progress, 30, "Reading firmware");
-    readInventory(client, root, firmware, InventoryKind::Firmware, entries, outcome);
+    if (!readInventory(client, root, firmware, InventoryKind::Firmware, entries, outcome))
+    {
+        // Compared without any firmware, all devices would seem to be missing.
+        return outcome.result();
+    }
     tell(progress, 55, "Reading software");
     if (withoutEndSlash(software) != withoutEndSlash(firmware))
     {

@@ -29,6 +29,10 @@ class Session
     const std::string& token() const { return token_; }
 
   private:
+    std::string searched(const Perform& perform) const;
+
+    std::string collection_;
+    std::string user_;
     std::string token_;
     std::string location_;
 };

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <string>
+#include <vector>
 
 namespace redfish
 {
@@ -16,6 +17,7 @@ enum class Login
 enum class InterruptUse
 {
     Abort,  // a requested interrupt ends the exchange
+    Finish, // it ends the exchange some seconds later: broken off, a login would leave a session that nobody can delete
     Ignore, // the exchange runs on to its time limit, for cleaning up
 };
 
@@ -27,9 +29,10 @@ enum class ConnectionUse
 
 struct Request
 {
-    std::string method = "GET"; // "GET", "POST" or "DELETE"
-    std::string path;           // absolute path on the service, with its query
-    std::string body;           // JSON; may hold a password
+    std::string method = "GET";       // "GET", "POST" or "DELETE"
+    std::string path;                 // absolute path on the service, with its query
+    std::string body;                 // may hold a password
+    std::vector<std::string> headers; // "Name: value", instead of those of a Redfish request; none for a login
     Login login = Login::None;
     std::string token; // for Login::Token
     std::chrono::milliseconds connectLimit{0};

@@ -1,9 +1,11 @@
 #include "system_check.h"
 
+#include "cim/chassis.h"
+#include "connect/local_inventory.h"
 #include "directory/program_directory.h"
 #include "ipmi/controller_product.h"
 #include "option_names.h"
-#include "redfish/client.h"
+#include "redfish/client_for_target.h"
 #include "redfish/service_reader.h"
 #include "system_check/system_list.h"
 #include "text/text.h"
@@ -15,7 +17,8 @@ constexpr char kSource[] = "framework/system_check/system_check";
 
 bool readOverRest(const ConnectOption& option, redfish::Identity& identity)
 {
-    redfish::Client client(option);
+    const std::shared_ptr<redfish::Client> shared = redfish::clientForTarget(option);
+    redfish::Client& client = *shared;
     redfish::ServiceRoot root;
     KorvanResult result = redfish::openService(client, root);
     if (result.succeeded())
@@ -42,6 +45,29 @@ bool readOverIpmi(const ConnectOption& option, redfish::Identity& identity)
     return !identity.machineType.empty();
 }
 
+bool readOverCim(const ConnectOption& option, redfish::Identity& identity)
+{
+    const cim::ChassisReading reading = cim::readChassis(option);
+    if (!reading.result.succeeded())
+    {
+        KORVAN_LOG(2, kSource) << reading.result.messageText();
+    }
+    identity.machineType = cim::machineTypeOf(reading.chassis, identity.model);
+    return !identity.machineType.empty();
+}
+
+bool readLocal(redfish::Identity& identity)
+{
+    service::UpdateScanReport report;
+    const KorvanResult result = connect::readLocalInventory(std::string(), report);
+    if (!result.succeeded())
+    {
+        KORVAN_LOG(2, kSource) << result.messageText();
+    }
+    identity.machineType = report.GetMT();
+    return !identity.machineType.empty();
+}
+
 bool readOver(const XModule::XModuleConnection::ConnectionInfo& connection, redfish::Identity& identity)
 {
     switch (connection.protocol)
@@ -51,7 +77,9 @@ bool readOver(const XModule::XModuleConnection::ConnectionInfo& connection, redf
     case XModule::XModuleConnection::Protocol::Ipmi:
         return readOverIpmi(connection.option, identity);
     case XModule::XModuleConnection::Protocol::Cim:
-        break;
+        return readOverCim(connection.option, identity);
+    case XModule::XModuleConnection::Protocol::Local:
+        return readLocal(identity);
     }
     return false;
 }

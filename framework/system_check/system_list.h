@@ -6,6 +6,7 @@
 namespace system_check
 {
 // Names of the list files. Each holds one machine type a line; "#" begins a comment, blanks around it do not count.
+constexpr char kTolmarList[] = "Tolmar_systems_list.txt";
 constexpr char kCfcList[] = "CFC_systems_list.txt";
 
 // The machine types of a list file, in capitals. A file that cannot be read, or is too large to be a list, counts as

@@ -62,6 +62,24 @@ class ClientTest : public testing::Test
     nlohmann::json document_;
     std::unique_ptr<Client> client_;
 };
+
+void refuseBasic(FakeTransport::Service& service)
+{
+    service.rules.push_back(
+        [](const redfish::Request& request, redfish::Exchange& answer)
+        {
+            if (request.method == "POST" && request.path == "/Sessions")
+            {
+                answer = answerWith(201);
+                answer.token = "Token-1";
+                answer.location = "/Sessions/7";
+                return true;
+            }
+            const bool refused = request.token != "Token-1";
+            answer.status = refused ? 401 : 204;
+            return refused || request.method == "DELETE";
+        });
+}
 } // namespace
 
 TEST_F(ClientTest, GivesTheResourceAsJson)
@@ -70,17 +88,45 @@ TEST_F(ClientTest, GivesTheResourceAsJson)
     EXPECT_EQ("x", document_["Name"]);
 }
 
-TEST_F(ClientTest, RetriesABusyServiceAndHonoursRetryAfterUpToTheLongestWait)
+TEST_F(ClientTest, RetriesABusyServiceAndHonoursRetryAfter)
 {
     redfish::Exchange busy = answerWith(503);
-    busy.retryAfter = std::chrono::seconds(3600);
-    service_.rules.push_back(firstTimes("/x", 2, busy));
+    busy.retryAfter = std::chrono::seconds(1); // longer than any back-off here
+    service_.rules.push_back(firstTimes("/x", 1, busy));
     const auto begin = std::chrono::steady_clock::now();
     ASSERT_TRUE(get("/x").ok());
     const auto took = std::chrono::steady_clock::now() - begin;
-    EXPECT_GE(took, milliseconds(40));
-    EXPECT_LT(took, milliseconds(1500));
-    EXPECT_EQ(3U, service_.count("GET", "/x"));
+    EXPECT_GE(took, milliseconds(1000));
+    EXPECT_EQ(2U, service_.count("GET", "/x"));
+}
+
+TEST_F(ClientTest, DoesNotAskBeforeTheServiceWantsToBeAskedAgain)
+{
+    redfish::Exchange busy = answerWith(503);
+    busy.retryAfter = std::chrono::seconds(3600);
+    service_.rules.push_back(firstTimes("/x", 1, busy));
+    EXPECT_EQ(Fault::Busy, get("/x").fault);
+    EXPECT_EQ(1U, service_.count("GET", "/x"));
+}
+
+TEST_F(ClientTest, IsNotTriedWithAUserWhoHasNoPassword)
+{
+    option_.password.clear();
+    const Reply reply = get("/x");
+    EXPECT_EQ(12U, reply.result.number());
+    EXPECT_THAT(reply.result.message, HasSubstr("the user has no password"));
+    EXPECT_TRUE(service_.requests.empty());
+}
+
+TEST_F(ClientTest, DeletesItsSessionAlsoWhenThatIsRefusedAtFirst)
+{
+    refuseBasic(service_);
+    service_.rules.insert(service_.rules.begin(), firstTimes("/Sessions/7", 1, answerWith(503)));
+    open();
+    client_->offerSessions("/Sessions");
+    ASSERT_TRUE(get("/x").ok());
+    client_.reset();
+    EXPECT_EQ(2U, service_.count("DELETE", "/Sessions/7"));
 }
 
 TEST_F(ClientTest, GivesUpOnAServiceThatStaysBusy)
@@ -223,27 +269,7 @@ TEST_F(ClientTest, AsksNothingMoreWhenTheTargetsTimeIsOver)
     EXPECT_TRUE(service_.requests.empty());
 }
 
-namespace
-{
 // A service that refuses Basic and keeps sessions.
-void refuseBasic(FakeTransport::Service& service)
-{
-    service.rules.push_back(
-        [](const redfish::Request& request, redfish::Exchange& answer)
-        {
-            if (request.method == "POST" && request.path == "/Sessions")
-            {
-                answer = answerWith(201);
-                answer.token = "Token-1";
-                answer.location = "/Sessions/7";
-                return true;
-            }
-            const bool refused = request.token != "Token-1";
-            answer.status = refused ? 401 : 204;
-            return refused || request.method == "DELETE";
-        });
-}
-} // namespace
 
 TEST_F(ClientTest, LogsInWithASessionWhereBasicIsRefusedAndDeletesItAtTheEnd)
 {
@@ -268,6 +294,72 @@ TEST_F(ClientTest, DeletesItsSessionAlsoAfterAnInterrupt)
     client_.reset();
     EXPECT_EQ(1U, service_.count("DELETE", "/Sessions/7"));
     EXPECT_EQ(redfish::InterruptUse::Ignore, service_.requests.back().interruptUse);
+}
+
+TEST_F(ClientTest, FollowsARedirectionAlsoToDeleteItsSession)
+{
+    refuseBasic(service_);
+    redfish::Exchange moved = answerWith(308);
+    moved.location = "/Sessions/7/";
+    service_.rules.insert(service_.rules.begin(), firstTimes("/Sessions/7", 1, moved));
+    open();
+    client_->offerSessions("/Sessions");
+    ASSERT_TRUE(get("/x").ok());
+    client_.reset();
+    EXPECT_EQ(1U, service_.count("DELETE", "/Sessions/7/"));
+}
+
+TEST_F(ClientTest, FindsItsSessionWhereTheServiceDidNotSayWhereItIs)
+{
+    redfish::Exchange unplaced = answerWith(204);
+    unplaced.token = "Token-1";
+    const auto closeWith = [&](const std::string& otherUser)
+    {
+        service_.rules.clear();
+        service_.requests.clear();
+        service_.rules.push_back(
+            [unplaced](const redfish::Request& request, redfish::Exchange& answer)
+            {
+                answer = unplaced;
+                return request.method == "POST";
+            });
+        refuseBasic(service_);
+        service_.resources["/Sessions"] =
+            R"({"Members": [{"@odata.id": "/Sessions/3"}, {"@odata.id": "/Sessions/9"}]})";
+        service_.resources["/Sessions/3"] = R"({"UserName": ")" + otherUser + "\"}";
+        service_.resources["/Sessions/9"] = R"({"UserName": "admin"})";
+        open();
+        client_->offerSessions("/Sessions");
+        EXPECT_TRUE(get("/x").ok());
+        client_.reset();
+    };
+    closeWith("somebody");
+    EXPECT_EQ(1U, service_.count("DELETE", "/Sessions/9"));
+    EXPECT_EQ(0U, service_.count("DELETE", "/Sessions/3"));
+    closeWith("admin");
+    EXPECT_EQ(0U, service_.count("DELETE", "/Sessions/3") + service_.count("DELETE", "/Sessions/9"))
+        << "either may be another program's";
+}
+
+TEST_F(ClientTest, AsksNothingMoreOfAServiceThatTakesNoFurtherSession)
+{
+    refuseBasic(service_);
+    service_.rules.insert(service_.rules.begin(), firstTimes("/Sessions", 100, answerWith(503)));
+    service_.resources["/y"] = "{}";
+    open();
+    client_->offerSessions("/Sessions");
+    EXPECT_EQ(Fault::Busy, get("/x").fault);
+    EXPECT_EQ(4U, service_.count("POST", "/Sessions")) << "the first time and three retries";
+    EXPECT_FALSE(client_->usable());
+    EXPECT_EQ(Fault::Busy, get("/y").fault);
+    EXPECT_EQ(0U, service_.count("GET", "/y"));
+}
+
+TEST_F(ClientTest, EndsAtTheDeadlineOfItsTarget)
+{
+    option_.deadline = std::chrono::steady_clock::now() - milliseconds(1);
+    EXPECT_EQ(18U, get("/x").result.number());
+    EXPECT_TRUE(service_.requests.empty());
 }
 
 TEST_F(ClientTest, DoesNotTryTheLoginAgainWithASessionWhereBasicIsOffered)

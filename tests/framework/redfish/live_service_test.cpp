@@ -99,7 +99,7 @@ TEST_F(LiveServiceTest, NobodyListens)
 {
     ConnectOption option;
     option.host = "127.0.0.1";
-    option.port = freePort();
+    option.port = test_support::freePort();
     const KorvanResult result = read(option);
     EXPECT_EQ(13U, result.number()) << result;
     EXPECT_THAT(result.message, HasSubstr("127.0.0.1:" + std::to_string(option.port)));
@@ -148,6 +148,24 @@ TEST_F(LiveServiceTest, AnInterruptEndsAHangAtOnce)
     user.join();
     EXPECT_EQ(47U, result.number()) << result;
     EXPECT_LT(std::chrono::steady_clock::now() - begin, milliseconds(1000));
+}
+
+TEST_F(LiveServiceTest, ALoginIsNotBrokenOffByAnInterruptSoThatItsSessionCanBeDeleted)
+{
+    SimulatedController controller("rack-a", R"("tls": false, "behaviour": {"authentication": "sessions_only",
+        "max_sessions": 1}, )" + fault("Sessions$",
+                                       R"("method": "POST", "times": 1, "action": "slow", "delay_ms": 600)"));
+    std::thread user(
+        []
+        {
+            std::this_thread::sleep_for(milliseconds(300));
+            interrupt::request();
+        });
+    EXPECT_EQ(47U, read(controller.option()).number());
+    user.join();
+    interrupt::reset();
+    const KorvanResult next = read(controller.option());
+    EXPECT_EQ(0U, next.number()) << next << "; the only session is still taken";
 }
 
 class LiveCutTest : public LiveServiceTest, public testing::WithParamInterface<const char*>

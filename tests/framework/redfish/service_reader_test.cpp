@@ -144,6 +144,24 @@ TEST_F(ServiceReaderTest, ReadsPagesAndBreaksACircleOfThem)
     EXPECT_EQ(1U, service_.count("GET", "/u/f"));
 }
 
+TEST_F(ServiceReaderTest, TakesNoneOfACollectionThatIsTooLargeToBeTrue)
+{
+    nlohmann::json members = nlohmann::json::array();
+    for (int i = 0; i <= 5000; ++i)
+    {
+        members.push_back({{"@odata.id", "/u/f/" + std::to_string(i)}, {"Id", std::to_string(i)}});
+    }
+    put("/u/f", nlohmann::json{{"Members", members}}.dump());
+    const KorvanResult result = readItems();
+    EXPECT_EQ(60U, result.number());
+    EXPECT_THAT(result.message, testing::HasSubstr("/u/f: the answer cannot be read, the collection has more than"));
+    EXPECT_EQ("", ids());
+    members.erase(members.begin());
+    put("/u/f", nlohmann::json{{"Members", members}}.dump());
+    EXPECT_TRUE(readItems().succeeded());
+    EXPECT_EQ(5000U, items_.size());
+}
+
 TEST_F(ServiceReaderTest, ACollectionMayBeMissingOrHaveNoMembers)
 {
     put("/u/f", R"({"Name": "empty"})");

@@ -1,15 +1,10 @@
 #pragma once
 
 #include "connect_option.h"
+#include "support/loopback_port.h"
 #include "support/process.h"
 #include "support/scratch_folder.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <csignal>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -29,7 +24,7 @@ class SimulatedController
     ConnectOption option() const;
 
     const std::string& url() const { return url_; }
-    std::string caFile() const { return folder_.path() + "/ca.pem"; }
+    std::string caFile() const { return folder_.file("ca.pem"); }
 
     // Ends the simulator in good order and gives its statistics (JSON).
     std::string stopForStatistics();
@@ -46,14 +41,14 @@ class SimulatedController
 inline SimulatedController::SimulatedController(const std::string& server, const std::string& habits)
 {
     const std::string path =
-        server.front() == '/' ? server : std::string(KORVAN_SOURCE_DIR) + "/samples/servers/" + server;
+        server.find('/') != std::string::npos ? server : std::string(KORVAN_SOURCE_DIR) + "/samples/servers/" + server;
     folder_.write("fleet.json", std::string("{\"controllers\": [{\"name\": \"test\", \"user\": \"") + kUser +
                                     "\", \"password\": \"" + kPassword + "\", \"folder\": \"" + path + "\"" +
                                     (habits.empty() ? "" : ", " + habits) + "}]}");
     process_ = std::make_unique<test_support::BackgroundProcess>(
         std::string(KORVAN_BIN_DIR) + "/korvan_simulator",
-        std::vector<std::string>{"--config", folder_.path() + "/fleet.json", "--cert-out", caFile(), "--stats",
-                                 folder_.path() + "/statistics.json"});
+        std::vector<std::string>{"--config", folder_.file("fleet.json"), "--stop-on-eof", "--cert-out", caFile(),
+                                 "--stats", folder_.file("statistics.json")});
     std::string line;
     while (process_->readLine(line, std::chrono::milliseconds(20000)))
     {
@@ -84,30 +79,12 @@ inline ConnectOption SimulatedController::option() const
 
 inline std::string SimulatedController::stopForStatistics()
 {
-    process_->sendSignal(SIGTERM);
+    process_->closeInput();
     test_support::ProcessOutcome outcome;
     if (!process_->wait(std::chrono::milliseconds(10000), outcome))
     {
         throw std::runtime_error("the simulator did not stop");
     }
-    std::ifstream file(folder_.path() + "/statistics.json");
+    std::ifstream file(folder_.file("statistics.json"));
     return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
-// A loopback port on which nobody listens.
-inline unsigned freePort()
-{
-    const int listener = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof(address);
-    const bool bound = listener >= 0 && bind(listener, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-                       getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-    close(listener);
-    if (!bound)
-    {
-        throw std::runtime_error("no free port");
-    }
-    return ntohs(address.sin_port);
 }

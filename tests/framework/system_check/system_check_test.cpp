@@ -4,6 +4,7 @@
 #include "framework/ipmi/simulated_ipmi.h"
 #include "framework/redfish/simulated_controller.h"
 #include "interrupt.h"
+#include "support/loopback_port.h"
 #include "support/scratch_folder.h"
 #include "system_check/system_list.h"
 
@@ -63,7 +64,7 @@ TEST(SystemCheck, AsksTheConnectionsFirstToLast)
     SimulatedController controller("node-d", R"("tls": false)");
     ConnectionInfo dead;
     dead.option.host = "127.0.0.1";
-    dead.option.port = freePort();
+    dead.option.port = test_support::freePort();
     ConnectionInfo working;
     working.option = controller.option();
     std::pair<std::string, std::string> machineType;
@@ -74,14 +75,47 @@ TEST(SystemCheck, AsksTheConnectionsFirstToLast)
     EXPECT_EQ(SystemCheck::kNoConnection, SystemCheck("", "", "", "").GetMachineType(machineType));
 }
 
+TEST(SystemCheck, FindsTheMachineTypeOverCimAfterRestFailed)
+{
+    interrupt::reset();
+    SimulatedController controller("rack-a", R"("tls": false, "behaviour": {"no_redfish": true, "cim": "works"})");
+    const std::string port = std::to_string(controller.option().port);
+    UserContext context;
+    context.options["bmc"] = std::string("http://") + SimulatedController::kUser + ":" +
+                             SimulatedController::kPassword + "@127.0.0.1:" + port;
+    context.options["bmc-cim-port"] = port;
+    std::vector<ConnectionInfo> connections;
+    EXPECT_EQ(52U, GetRESTConnectionList(context, connections).number());
+    ASSERT_TRUE(FetchCIMConnectionList(context, connections).succeeded());
+    std::pair<std::string, std::string> machineType;
+    EXPECT_EQ(SystemCheck::kSuccess, SystemCheck(connections, "", "", "", "").GetMachineType(machineType));
+    EXPECT_EQ("7X20", machineType.first);
+    EXPECT_EQ("Node X20", machineType.second);
+}
+
+TEST(SystemCheck, FindsNoMachineTypeOverCimInBlankFields)
+{
+    interrupt::reset();
+    SimulatedController controller(
+        "rack-a", R"("tls": false, "behaviour": {"cim": "works", "cim_chassis": {"Model": "", "SKU": "...."}})");
+    ConnectionInfo info;
+    info.protocol = XModule::XModuleConnection::Protocol::Cim;
+    info.option = controller.option();
+    info.option.cimPort = info.option.port;
+    std::pair<std::string, std::string> machineType;
+    EXPECT_EQ(SystemCheck::kNoMachineType, SystemCheck({info}, "", "", "", "").GetMachineType(machineType));
+    EXPECT_EQ("", machineType.first);
+}
+
 TEST(SystemCheck, FindsTheMachineTypeOverIpmiAfterRestAndCimFailed)
 {
     interrupt::reset();
     const SimulatedIpmi controller("Node X20", "7X20CTO1WW");
     UserContext context;
     context.connectTimeout = 2;
-    context.options["bmc"] =
-        std::string(SimulatedIpmi::kUser) + ":" + SimulatedIpmi::kPassword + "@127.0.0.1:" + std::to_string(freePort());
+    context.options["bmc"] = std::string(SimulatedIpmi::kUser) + ":" + SimulatedIpmi::kPassword +
+                             "@127.0.0.1:" + std::to_string(test_support::freePort());
+    context.options["bmc-cim-port"] = std::to_string(test_support::freePort());
     context.options["ipmi-port"] = std::to_string(controller.port());
     std::vector<ConnectionInfo> connections;
     ASSERT_FALSE(GetRESTConnectionList(context, connections).succeeded());
