@@ -60,6 +60,7 @@ constexpr char kChildClassification[] = "CCLASSIFICATION";
 constexpr char kChildSelected[] = "CSELECTED";
 constexpr char kChildAdapterName[] = "CADAPTERNAME";
 constexpr char kChildCompareResult[] = "CCOMPARERESULT";
+constexpr char kChildUnselectedReason[] = "CUNSELECTEDREASON";
 
 // What stands for the version of a device that the target does not have.
 constexpr char kUndetected[] = "Undetected";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <string>
@@ -24,4 +25,20 @@ struct ConnectOption
     bool oldTls = false;     // TLS 1.0 and 1.1 and their ciphers will do
     std::uint32_t ipmiPort = 623;
     std::int32_t ipmiCipherSuite = -1; // negative: the usual ones in turn
+    // When everything asked of this target must be over; not set: `targetTimeout` after the first request.
+    std::chrono::steady_clock::time_point deadline{};
+    bool machineTypeStated = false; // the user names it, so the target need not
+    std::uint32_t cimPort = 0;      // 0: 5989 for https, 5988 for http
 };
+
+// What is left of the target's time; never negative.
+inline std::chrono::milliseconds timeLeft(const ConnectOption& option)
+{
+    using std::chrono::milliseconds;
+    if (option.deadline == std::chrono::steady_clock::time_point())
+    {
+        return option.targetTimeout;
+    }
+    const auto left = option.deadline - std::chrono::steady_clock::now();
+    return std::max(milliseconds(0), std::chrono::duration_cast<milliseconds>(left));
+}

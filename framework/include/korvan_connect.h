@@ -24,6 +24,7 @@ enum class Protocol
     Rest,
     Cim,
     Ipmi,
+    Local, // the machine that the program runs on, which is asked directly
 };
 
 // One management connection that was seen to work.
@@ -44,7 +45,7 @@ KORVAN_FRAMEWORK_EXPORT KorvanResult ConvertUserContextToConnectOption(const Use
                                                                        ConnectOption& option);
 
 // Each tries to reach the target over its protocol and appends the connection that works. The result's message names
-// the target, never its password.
+// the target, never its password. The local system comes with the first of them, without a connection, and with no other.
 KORVAN_FRAMEWORK_EXPORT KorvanResult
 GetRESTConnectionList(const UserContext& context, std::vector<XModule::XModuleConnection::ConnectionInfo>& connections);
 KORVAN_FRAMEWORK_EXPORT KorvanResult FetchCIMConnectionList(

@@ -53,21 +53,28 @@ std::string withoutLeadingZeros(const std::string& number)
 }
 
 // The user names power supplies by slot number or by name.
+// "2" of "PSU.2"; empty when the text does not end in a number.
+std::string numberAtTheEnd(const std::string& text)
+{
+    const std::size_t last = text.find_last_not_of("0123456789");
+    return last == std::string::npos ? text : text.substr(last + 1);
+}
+
 bool psuNamed(const CompareOptions& options, const ScanItem& item)
 {
     if (options.allPsu || options.psuList.empty())
     {
         return true;
     }
-    const std::string slot = withoutLeadingZeros(item.slotNumber);
+    const std::string slot = withoutLeadingZeros(item.slotNumber.empty() ? numberAtTheEnd(item.id) : item.slotNumber);
     const std::string name = text::toLower(item.name);
     const std::string id = text::toLower(item.id);
     return std::any_of(options.psuList.begin(), options.psuList.end(),
                        [&](const std::string& entry)
                        {
                            const std::string wanted = text::toLower(text::trim(entry));
-                           return !wanted.empty() &&
-                                  (withoutLeadingZeros(wanted) == slot || wanted == name || wanted == id);
+                           return !wanted.empty() && ((!slot.empty() && withoutLeadingZeros(wanted) == slot) ||
+                                                      wanted == name || wanted == id);
                        });
 }
 
@@ -159,6 +166,7 @@ class Comparison
     void add(ComparedChild&& child, UnselectedReason reason)
     {
         child.selected = reason == UnselectedReason::None ? 1 : 0;
+        child.unselectedReason = reasonText(reason);
         const bool first = result_.children.empty();
         if (first || rankOf(kSignificance, child.outcome) < rankOf(kSignificance, result_.outcome))
         {

@@ -87,6 +87,7 @@ void writeChild(pugi::xml_node parent, const ComparedChild& child)
     }
     xml_text::appendInt(node, compare_key::kChildSelected, child.selected);
     xml_text::appendInt(node, compare_key::kChildCompareResult, static_cast<std::int32_t>(child.outcome));
+    xml_text::appendText(node, compare_key::kChildUnselectedReason, child.unselectedReason);
 }
 
 void writePackage(pugi::xml_node parent, const ComparedPackage& package)
@@ -139,6 +140,7 @@ ComparedChild readChild(const pugi::xml_node& node, std::string& error)
     }
     reader.integer(compare_key::kChildSelected, child.selected);
     readOutcome(reader, compare_key::kChildCompareResult, child.outcome);
+    child.unselectedReason = xml_text::textOf(node.child(compare_key::kChildUnselectedReason));
     return child;
 }
 
@@ -204,7 +206,7 @@ KorvanResult SerializeCompareReport::SaveToXml(const CompareReport& report, cons
         writePackage(packages, package);
     }
     std::string error;
-    if (!xml_text::save(document, path, error))
+    if (!update_services::saveReport(document, path, error))
     {
         return KorvanResult(result_code::kFailedWriteFile, GetErrorMessage(result_code::kFailedWriteFile) + " " +
                                                                text::visible(path) + ": " + error + ".");

@@ -171,18 +171,33 @@ class Chooser
                                                                          repository::VersionStyle::Decimal);
     }
 
+    static bool supersedes(const PackageInfo& left, const PackageInfo& right)
+    {
+        const std::vector<std::string> ids = repository::idList(left.supersede);
+        return std::find(ids.begin(), ids.end(), right.updateId) != ids.end();
+    }
+
+    // A package does not lose its place to one that it supersedes, whatever the versions; the comparison decides.
+    static VersionOrder rankOf(const PackageInfo& left, const PackageInfo& right)
+    {
+        const VersionOrder order = orderOf(left, right);
+        const bool contradicted = (order == VersionOrder::Newer && supersedes(right, left)) ||
+                                  (order == VersionOrder::Older && supersedes(left, right));
+        return contradicted ? VersionOrder::NotComparable : order;
+    }
+
     static void addToNewest(std::vector<const Package*>& newest, const Package& package)
     {
         for (const Package* kept : newest)
         {
-            if (orderOf(kept->info, package.info) == VersionOrder::Newer)
+            if (rankOf(kept->info, package.info) == VersionOrder::Newer)
             {
                 return;
             }
         }
         newest.erase(std::remove_if(newest.begin(), newest.end(),
                                     [&package](const Package* kept)
-                                    { return orderOf(kept->info, package.info) == VersionOrder::Older; }),
+                                    { return rankOf(kept->info, package.info) == VersionOrder::Older; }),
                      newest.end());
         newest.push_back(&package);
     }

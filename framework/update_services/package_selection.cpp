@@ -214,6 +214,7 @@ class Selector
             }
             std::vector<ComparedChild>& children = packages_[claim.package].children;
             children[claim.child].selected = 0;
+            children[claim.child].unselectedReason = reasonText(UnselectedReason::DeviceTaken);
             if (std::none_of(children.begin(), children.end(),
                              [](const ComparedChild& child) { return child.selected == 1; }))
             {
@@ -254,6 +255,11 @@ class Selector
             for (ComparedChild& child : package.children)
             {
                 child.selected = package.selected == 1 ? child.selected : 0;
+                // What stands against the package alone stands against all of it.
+                if (child.selected == 0 && child.unselectedReason.empty())
+                {
+                    child.unselectedReason = package.unselectedReason;
+                }
             }
         }
     }

@@ -205,7 +205,7 @@ int QueryReport::SaveToXml(const std::string& path) const
         writePackage(list, package);
     }
     std::string error;
-    if (!xml_text::save(document, path, error))
+    if (!update_services::saveReport(document, path, error))
     {
         KORVAN_LOG(1, kSource) << path << ": query report not written: " << error;
         return static_cast<int>(result_code::kFailedWriteFile);

@@ -1,6 +1,7 @@
 #include "update_services/report_xml.h"
 
 #include "result_codes.h"
+#include "target_run/target_run.h"
 #include "text/text.h"
 
 #include <limits>
@@ -32,6 +33,17 @@ std::uint32_t openReport(const std::string& path, const char* root, pugi::xml_do
         break;
     }
     return result_code::kUpdateIncompatibleReports;
+}
+
+bool saveReport(const pugi::xml_document& document, const std::string& path, std::string& error)
+{
+    if (xml_text::save(document, path, error))
+    {
+        return true;
+    }
+    // A scan or a query goes on without its file; the user should not need the log to learn of it.
+    target_run::remark(text::visible(path) + " was not written: " + error);
+    return false;
 }
 
 void ElementReader::text(const char* name, std::string& value)

@@ -15,6 +15,9 @@ constexpr char kReportVersion[] = "1.0";
 // Opens a report whose root is `root`. 0, or the code of the failure: 6, 10 or 88; `error` then names the file.
 std::uint32_t openReport(const std::string& path, const char* root, pugi::xml_document& document, std::string& error);
 
+// Writes a report whole or not at all. A failure also becomes a remark on the target at work.
+bool saveReport(const pugi::xml_document& document, const std::string& path, std::string& error);
+
 // Collects the values of one element. A value that is missing or malformed makes the whole report one that is refused:
 // `error` keeps the first such element.
 class ElementReader

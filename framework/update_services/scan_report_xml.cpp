@@ -1,6 +1,7 @@
 #include "repository/xml_text.h"
 #include "result_codes.h"
 #include "service/update_scan.h"
+#include "target_run/target_run.h"
 #include "update_services/report_xml.h"
 #include "xmodule_log.h"
 
@@ -111,6 +112,7 @@ int SerializeScanReport::LoadFromXml(const std::string& path, UpdateScanReport& 
         code = result_code::kUpdateIncompatibleReports;
     }
     KORVAN_LOG(1, kSource) << "Scan report not loaded: " << error;
+    target_run::remark(error); // the result's own text is the code's
     return static_cast<int>(code);
 }
 
@@ -131,7 +133,7 @@ int SerializeScanReport::SaveToXml(const UpdateScanReport& report, const std::st
         writeItem(items, item);
     }
     std::string error;
-    if (!xml_text::save(document, path, error))
+    if (!update_services::saveReport(document, path, error))
     {
         KORVAN_LOG(1, kSource) << path << ": scan report not written: " << error;
         return static_cast<int>(result_code::kFailedWriteFile);

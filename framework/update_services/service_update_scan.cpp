@@ -1,10 +1,15 @@
 #include "service/update_scan.h"
 
 #include "connect/local_inventory.h"
+#include "connect/target_memory.h"
+#include "directory/program_directory.h"
 #include "option_names.h"
-#include "redfish/client.h"
+#include "redfish/client_for_target.h"
 #include "redfish/service_reader.h"
 #include "result_codes.h"
+#include "system_check/system_list.h"
+#include "target_run/target_run.h"
+#include "update_services/scan_wishes.h"
 #include "xmodule_log.h"
 
 #include <vector>
@@ -26,9 +31,24 @@ KorvanResult nothingFound(const std::string& target)
                                  "the inventory and that the controller has finished starting.");
 }
 
-KorvanResult scanService(const ConnectOption& option, const redfish::Progress& progress, UpdateScanReport& report)
+KorvanResult nothingInBay(const std::string& target, std::int32_t bay)
 {
-    redfish::Client client(option);
+    return KorvanResult(result_code::kNoApplicableHardwareComponentFound,
+                        target + ": the scan found nothing in I/O bay " + std::to_string(bay) +
+                            "; check --iobay, or leave it out to scan the whole chassis.");
+}
+
+KorvanResult scanService(const UpdateScanOption& wishes, const ConnectOption& option, const redfish::Progress& progress,
+                         UpdateScanReport& report)
+{
+    // The password that was refused when the machine type was asked for is refused again, and counts against the account.
+    KorvanResult refusal = connect::restRefusalOf(option);
+    if (!refusal.succeeded())
+    {
+        return refusal;
+    }
+    const std::shared_ptr<redfish::Client> shared = redfish::clientForTarget(option);
+    redfish::Client& client = *shared;
     redfish::ServiceRoot root;
     progress(5, "Connecting");
     KorvanResult opened = redfish::openService(client, root);
@@ -38,23 +58,41 @@ KorvanResult scanService(const ConnectOption& option, const redfish::Progress& p
     }
     progress(10, "Reading the system");
     redfish::Identity identity;
-    const KorvanResult identified = redfish::readIdentity(client, root, redfish::ManagerUse::Read, identity);
+    KorvanResult identified = redfish::readIdentity(client, root, redfish::ManagerUse::Read, identity);
     report.SetMT(identity.machineType);
     report.SetBmcType(identity.bmcType);
+    if (!identified.succeeded() && identity.machineType.empty() && !option.machineTypeStated)
+    {
+        // Nothing fits a machine of no type, and that would hide why it is not known.
+        return identified;
+    }
     std::vector<ScanItem> items;
     const KorvanResult read = redfish::readItems(client, root, progress, items);
+    const bool found = !items.empty();
+    update_services::warnOfLegacySystem(wishes, client.target(), identity.machineType,
+                                        programDirectory() + "/" + system_check::kTolmarList);
+    update_services::narrowToBay(wishes, client.target(), items);
+    update_services::nameFixedDevices(wishes, client.target(), items);
     for (const ScanItem& item : items)
     {
         report.AddScanResult(item);
     }
-    const KorvanResult result = identified.succeeded() ? read : identified;
-    return result.succeeded() && items.empty() ? nothingFound(client.target()) : result;
+    KorvanResult result = identified.succeeded() ? read : identified;
+    if (!result.succeeded() && !items.empty())
+    {
+        target_run::remark("the inventory has gaps: " + result.messageText());
+    }
+    if (!result.succeeded() || !items.empty())
+    {
+        return result;
+    }
+    return found ? nothingInBay(client.target(), wishes.ioBay) : nothingFound(client.target());
 }
 
 KorvanResult scanLocal(const redfish::Progress& progress, UpdateScanReport& report)
 {
     progress(10, "Reading the local system");
-    const KorvanResult result = connect::readLocalInventory(std::string(), report);
+    KorvanResult result = connect::readLocalInventory(std::string(), report);
     return result.succeeded() && report.GetScanResults().empty() ? nothingFound("localhost") : result;
 }
 } // namespace
@@ -92,7 +130,7 @@ KorvanResult ServiceUpdateScan::Run(UpdateScanReport& report)
     {
         report.SetOS(kPlatformOs);
         report.SetArch(kNoArchitecture);
-        result = scanService(connection, progress, report);
+        result = scanService(option_, connection, progress, report);
     }
     if (bar_ != nullptr)
     {

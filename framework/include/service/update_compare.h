@@ -45,6 +45,7 @@ struct ComparedChild
     std::string slotType;
     std::int32_t selected = 0; // 1: to be updated
     VersionOutcome outcome = VersionOutcome::NotDetected;
+    std::string unselectedReason; // as that of a package; empty when selected
 };
 
 struct ComparedPackage

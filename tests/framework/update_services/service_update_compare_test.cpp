@@ -65,6 +65,19 @@ TEST(UpdateCompare, EachInstalledDeviceStandsForItself)
     EXPECT_EQ(report.packages[0].children[1].selected, 0);
     EXPECT_THAT(decisions(report), ElementsAre("selected"));
     EXPECT_EQ(report.packages[0].outcome, VersionOutcome::Newer);
+    EXPECT_EQ(report.packages[0].children[0].unselectedReason, "");
+    EXPECT_EQ(report.packages[0].children[1].unselectedReason, "1-The installed version is up to date.");
+}
+
+TEST(UpdateCompare, AChildHasItsOwnReasonOrThatOfItsPackage)
+{
+    auto queried = query({package("out", "A", "2.0"), package("old", "B", "2.0"), package("new", "B", "3.0")});
+    queried.options.excludeIds = {"out"};
+    const CompareReport report = compare(scan({item("A", "1.0"), item("B", "1.0")}), queried);
+    EXPECT_THAT(decisions(report), ElementsAre("5", "11", "selected"));
+    EXPECT_THAT(report.packages[0].children[0].unselectedReason, HasSubstr("5-"));
+    EXPECT_THAT(report.packages[1].children[0].unselectedReason, HasSubstr("11-"));
+    EXPECT_EQ(report.packages[2].children[0].unselectedReason, "");
 }
 
 TEST(UpdateCompare, HexadecimalVersionsAreReadAsSuch)
@@ -150,6 +163,11 @@ TEST(UpdateCompare, PowerSuppliesAreTakenBySlotOrName)
     EXPECT_EQ(report.packages[0].children[1].selected, 1);
     options.psuList = {"name of supply1"};
     EXPECT_EQ(compare(scanned, query({info}), options).packages[0].children[0].selected, 1);
+    // Where the inventory tells no slot, its id may end in one.
+    auto unplaced = item("PSU-1", "1.0", "PSU.2");
+    EXPECT_EQ(compare(scan({unplaced}), query({info}), options).packages[0].children[0].selected, 0);
+    options.psuList = {"2"};
+    EXPECT_EQ(compare(scan({unplaced}), query({info}), options).packages[0].children[0].selected, 1);
     options.psuList = {"7", ""};
     EXPECT_THAT(decisions(compare(scanned, query({info}), options)), ElementsAre("10"));
     options.allPsu = true;

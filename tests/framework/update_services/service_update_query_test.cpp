@@ -120,6 +120,19 @@ TEST_F(UpdateQuery, LatestKeepsTheNewestOfEachComponent)
     EXPECT_THAT(ids(), ElementsAre("other", "uefi1.10", "uefi1.9"));
 }
 
+TEST_F(UpdateQuery, LatestKeepsAPackageThatSupersedesANewerOne)
+{
+    for (const char* version : {"8.5", "8.40", "8.3"})
+    {
+        descriptor_text::Package& package = add(std::string("nic") + version);
+        package.softwareId = "NIC";
+        package.component = "NIC";
+        package.version = version;
+        package.extra = std::string(version) == "8.5" ? "<SUPERSEDE>nic8.40</SUPERSEDE>" : "";
+    }
+    EXPECT_THAT(ids(), ElementsAre("nic8.40", "nic8.5"));
+}
+
 TEST_F(UpdateQuery, LatestKeepsWhatItCannotOrder)
 {
     for (const char* version : {"1.9", "EPK9"})

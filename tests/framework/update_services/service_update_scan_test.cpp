@@ -2,6 +2,10 @@
 
 #include "framework/redfish/simulated_controller.h"
 #include "interrupt.h"
+#include "korvan_connect.h"
+#include "log/log_control.h"
+#include "target_run/target_run.h"
+#include "update_services/scan_wishes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -77,6 +81,20 @@ TEST_F(ServiceUpdateScanTest, ReadsAServiceWithPagesAndTrailingBlanks)
     EXPECT_EQ("UEFI-7Y41 v2.30 Firmware /", item("UEFI"));
 }
 
+TEST_F(ServiceUpdateScanTest, FailsWithoutAMachineTypeUnlessTheUserStatesIt)
+{
+    SimulatedController controller("rack-a", R"("faults": [{"path": "Systems", "action": "status", "status": 403}])");
+    ConnectOption option = controller.option();
+    EXPECT_EQ(12U, scan(option).number());
+    EXPECT_EQ(0U, count());
+    option.machineTypeStated = true;
+    const target_run::Scope target;
+    EXPECT_EQ(12U, scan(option).number());
+    EXPECT_EQ(14U, count());
+    ASSERT_EQ(1U, target.remarks().size());
+    EXPECT_THAT(target.remarks().front(), HasSubstr("the inventory has gaps: " + option.host));
+}
+
 TEST_F(ServiceUpdateScanTest, ReadsAServiceWhoseItemsOnlyTheirIdTellsApart)
 {
     SimulatedController controller("blade-c");
@@ -126,6 +144,10 @@ TEST_F(ServiceUpdateScanTest, KeepsTheItemsThatWereReadBeforeAFailure)
     EXPECT_EQ(60U, result.number()) << result;
     EXPECT_EQ(12U, count());
     EXPECT_EQ("7Y41", report_.GetMT());
+    SimulatedController worse("rack-a",
+                              R"("tls": false, "faults": [{"path": "FirmwareInventory", "action": "broken_json"}])");
+    EXPECT_EQ(60U, scan(worse.option()).number());
+    EXPECT_EQ(0U, count()) << "without any firmware nothing can be said of the machine";
 }
 
 TEST_F(ServiceUpdateScanTest, SaysWhenNothingWasFound)
@@ -152,4 +174,141 @@ TEST_F(ServiceUpdateScanTest, ATargetWithoutAddressIsRefused)
     ConnectOption option;
     option.kind = "bmc";
     EXPECT_EQ(56U, scan(option).number());
+}
+
+TEST_F(ServiceUpdateScanTest, DoesNotRepeatALoginThatTheTargetRefusedInThisRun)
+{
+    SimulatedController controller("rack-a");
+    UserContext context;
+    context.options["bmc"] = "admin:Hidden-1@127.0.0.1:" + std::to_string(controller.option().port);
+    context.options["never-check-trust"] = "";
+    std::vector<XModule::XModuleConnection::ConnectionInfo> connections;
+    const KorvanResult refused = GetRESTConnectionList(context, connections);
+    ASSERT_EQ(12U, refused.number()) << refused;
+    ConnectOption option = controller.option();
+    option.password = "Hidden-1";
+    const KorvanResult result = scan(option);
+    EXPECT_EQ(12U, result.number());
+    EXPECT_EQ(refused.message, result.message);
+    EXPECT_EQ(0U, scan(controller.option()).number()) << "the right password is another login";
+    EXPECT_THAT(controller.stopForStatistics(), HasSubstr("\"refused_logins\": 1,"));
+}
+
+TEST_F(ServiceUpdateScanTest, NarrowsAChassisToOneBay)
+{
+    SimulatedController controller("rack-a");
+    UpdateScanOption option;
+    option.connectOption = controller.option();
+    option.connectOption.kind = "smm";
+    option.ioBay = 4;
+    EXPECT_EQ(0U, ServiceUpdateScan(option).Run(report_).number());
+    EXPECT_EQ(1U, count());
+    EXPECT_EQ("RAID-9460-FW 51.16.0-4076 Firmware 4/1", item("PcieSlot4.Firmware"));
+    option.ioBay = 444;
+    const KorvanResult nothing = ServiceUpdateScan(option).Run(report_);
+    EXPECT_EQ(28U, nothing.number()) << nothing;
+    EXPECT_THAT(nothing.message, HasSubstr("I/O bay 444"));
+    option.ioBay = 0;
+    EXPECT_EQ(0U, ServiceUpdateScan(option).Run(report_).number());
+    EXPECT_EQ(14U, count());
+}
+
+namespace
+{
+constexpr int kWarning = 2;
+
+// Collects warnings and errors of the log.
+class Warnings
+{
+  public:
+    Warnings()
+    {
+        log_control::observe(kWarning,
+                             [this](int, const std::string&, int, const std::string& text) { all_ += text + "\n"; });
+    }
+    ~Warnings() { log_control::observe(0, nullptr); }
+    Warnings(const Warnings&) = delete;
+    Warnings& operator=(const Warnings&) = delete;
+
+    const std::string& text() const { return all_; }
+
+  private:
+    std::string all_;
+};
+
+ScanItem itemIn(const std::string& id, const std::string& slotNumber, const std::string& slotType)
+{
+    ScanItem item;
+    item.id = id;
+    item.name = "Device " + id;
+    item.slotNumber = slotNumber;
+    item.slotType = slotType;
+    return item;
+}
+} // namespace
+
+TEST(ScanWishes, KeepOnlyTheBayOfAChassis)
+{
+    const std::vector<ScanItem> all = {itemIn("a", "3", "1"), itemIn("b", "3", "0"), itemIn("c", "13", "1"),
+                                       itemIn("d", "", "")};
+    UpdateScanOption option;
+    option.ioBay = 3;
+    for (const char* kind : {"cmm", "smm"})
+    {
+        option.connectOption.kind = kind;
+        std::vector<ScanItem> items = all;
+        update_services::narrowToBay(option, "host", items);
+        ASSERT_EQ(1U, items.size()) << kind;
+        EXPECT_EQ("a", items[0].id);
+    }
+    for (const std::int32_t none : {0, -1})
+    {
+        option.ioBay = none;
+        std::vector<ScanItem> items = all;
+        update_services::narrowToBay(option, "host", items);
+        EXPECT_EQ(4U, items.size());
+    }
+}
+
+TEST(ScanWishes, LeaveOtherTargetsWholeWithAWarning)
+{
+    UpdateScanOption option;
+    option.ioBay = 3;
+    option.connectOption.kind = "bmc";
+    std::vector<ScanItem> items = {itemIn("c", "13", "1")};
+    const Warnings warnings;
+    update_services::narrowToBay(option, "host:1", items);
+    EXPECT_EQ(1U, items.size());
+    EXPECT_THAT(warnings.text(), testing::AllOf(HasSubstr("host:1"), HasSubstr("--iobay")));
+}
+
+TEST(ScanWishes, NameTheDevicesThatCannotBeUpdated)
+{
+    std::vector<ScanItem> items = {itemIn("a", "", ""), itemIn("b", "", "")};
+    items[1].updateable = false;
+    UpdateScanOption option;
+    {
+        const Warnings quiet;
+        update_services::nameFixedDevices(option, "host", items);
+        EXPECT_EQ("", quiet.text());
+    }
+    option.checkDevice = true;
+    const Warnings warnings;
+    update_services::nameFixedDevices(option, "host:1", items);
+    EXPECT_EQ("host:1: Device b (b) says that it cannot be updated\n", warnings.text());
+}
+
+TEST(ScanWishes, WarnOfALegacySystemUnlessThereIsNone)
+{
+    const std::string list = std::string(KORVAN_SOURCE_DIR) + "/samples/system_lists/Tolmar_systems_list.txt";
+    UpdateScanOption option;
+    const Warnings warnings;
+    update_services::warnOfLegacySystem(option, "host", "7Y41", list);
+    update_services::warnOfLegacySystem(option, "host", "", list);
+    option.useTarn = true;
+    update_services::warnOfLegacySystem(option, "host", "7T12", list);
+    EXPECT_EQ("", warnings.text());
+    option.useTarn = false;
+    update_services::warnOfLegacySystem(option, "host:1", "7T12", list);
+    EXPECT_THAT(warnings.text(), testing::AllOf(HasSubstr("host:1: machine type 7T12"), HasSubstr("--tarn")));
 }
