@@ -88,17 +88,6 @@ bool makeDated(std::string& path, std::string& error)
     return false;
 }
 
-bool removeTree(const std::string& path, std::string& error)
-{
-    std::error_code failure;
-    fs::remove_all(path, failure);
-    if (failure)
-    {
-        error = failure.message();
-    }
-    return !failure;
-}
-
 bool rename(const std::string& from, const std::string& to, std::string& error)
 {
     std::error_code failure;

@@ -1,6 +1,7 @@
 #include "multi_app/output_folder.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
 
@@ -15,5 +16,16 @@ Creation makeOne(const std::string& path, std::string& error)
     const int reason = errno;
     error = std::generic_category().message(reason);
     return reason == EEXIST ? Creation::AlreadyThere : Creation::Failed;
+}
+
+bool removeTree(const std::string& path, std::string& error)
+{
+    std::error_code failure;
+    std::filesystem::remove_all(path, failure);
+    if (failure)
+    {
+        error = failure.message();
+    }
+    return !failure;
 }
 } // namespace output_folder

@@ -55,7 +55,7 @@ void RunProgress::finished(const std::string& target, const KorvanResult& result
     }
     std::string line =
         "[" + std::to_string(done_) + "/" + std::to_string(total_) + "] " + target + " " + run_summary::wordOf(outcome);
-    if (outcome != run_summary::Outcome::Succeeded)
+    if (outcome != run_summary::Outcome::Succeeded || run_summary::hasRemark(result))
     {
         line += " " + std::to_string(result.number()) + " " + text::visible(result.messageText());
     }

@@ -28,13 +28,20 @@ std::string paddedNumber(std::uint32_t number)
     return std::string(kWidth - std::min(kWidth, digits.size()), ' ') + digits;
 }
 
+enum class Remark
+{
+    Without,
+    With
+};
+
 void printLines(std::ostream& out, const std::map<std::string, KorvanResult>& results, run_summary::Outcome outcome,
-                std::size_t width)
+                Remark remark, std::size_t width)
 {
     constexpr std::size_t kWordWidth = 7;
     for (const auto& entry : results)
     {
-        if (run_summary::outcomeOf(entry.second) == outcome)
+        if (run_summary::outcomeOf(entry.second) == outcome &&
+            run_summary::hasRemark(entry.second) == (remark == Remark::With))
         {
             out << padded(text::visible(entry.first), width) << "  " << padded(run_summary::wordOf(outcome), kWordWidth)
                 << " " << paddedNumber(entry.second.number()) << "  "
@@ -53,6 +60,11 @@ Outcome outcomeOf(const KorvanResult& result)
         return Outcome::Succeeded;
     }
     return result.number() == result_code::kInterruptedByUser ? Outcome::Skipped : Outcome::Failed;
+}
+
+bool hasRemark(const KorvanResult& result)
+{
+    return result.succeeded() && result.messageText() != KorvanResult(result.code).messageText();
 }
 
 const char* wordOf(Outcome outcome)
@@ -75,7 +87,9 @@ void print(std::ostream& out, const std::map<std::string, KorvanResult>& results
     out << '\n';
     if (results.empty())
     {
-        out << "No target was named." << where << '\n';
+        out << "No target was named; name controllers with --bmc or --pmx, or several and this machine in a list with "
+               "--config."
+            << where << '\n';
         return;
     }
     std::size_t width = 0;
@@ -83,9 +97,11 @@ void print(std::ostream& out, const std::map<std::string, KorvanResult>& results
     {
         width = std::max(width, text::displayWidth(text::visible(entry.first)));
     }
-    printLines(out, results, Outcome::Succeeded, width);
-    printLines(out, results, Outcome::Skipped, width);
-    printLines(out, results, Outcome::Failed, width);
+    for (const Outcome outcome : {Outcome::Succeeded, Outcome::Skipped, Outcome::Failed})
+    {
+        printLines(out, results, outcome, Remark::Without, width);
+        printLines(out, results, outcome, Remark::With, width);
+    }
     out << results.size() << (results.size() == 1 ? " target: " : " targets: ") << countOf(results, Outcome::Succeeded)
         << " succeeded, " << countOf(results, Outcome::Failed) << " failed, " << countOf(results, Outcome::Skipped)
         << " skipped." << where << '\n';

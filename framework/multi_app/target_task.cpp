@@ -4,6 +4,7 @@
 #include "log/log_control.h"
 #include "multi_app/output_folder.h"
 #include "result_codes.h"
+#include "target_run/target_run.h"
 #include "text/text.h"
 #include "xmodule_log.h"
 
@@ -77,6 +78,16 @@ void logResult(const KorvanResult& result)
     }
 }
 
+// A success has nothing else to say; a failure says its own reason first.
+void addRemarks(const std::vector<std::string>& remarks, KorvanResult& result)
+{
+    const std::string text = text::join(remarks, "; ");
+    if (!text.empty())
+    {
+        result.message = result.succeeded() ? text : text::trim(result.messageText()) + " Before that: " + text;
+    }
+}
+
 KorvanResult runInFolder(const multi_command::Target& target, const std::string& outputDir,
                          const target_task::Task& task)
 {
@@ -111,6 +122,7 @@ namespace target_task
 KorvanResult run(const multi_command::Target& target, const std::string& outputDir, const Task& task)
 {
     const log_control::TargetScope scope(target.name);
+    const target_run::Scope clock;
     KorvanResult result;
     try
     {
@@ -120,6 +132,7 @@ KorvanResult run(const multi_command::Target& target, const std::string& outputD
     {
         result = KorvanResult(result_code::kInternalError, failure.what());
     }
+    addRemarks(clock.remarks(), result);
     logResult(result);
     return result;
 }

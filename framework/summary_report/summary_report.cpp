@@ -3,6 +3,7 @@
 #include "file_names.h"
 #include "files/files.h"
 #include "korvan_result.h"
+#include "target_run/target_run.h"
 #include "text/text.h"
 #include "xmodule_log.h"
 
@@ -109,5 +110,6 @@ void SummaryReport::GenerateReportFile() const
     if (!files::replace(path, content.str(), error))
     {
         KORVAN_LOG(1, kSource) << "cannot write the summary report " << path << ": " << error;
+        target_run::remark(text::visible(path) + " was not written: " + error);
     }
 }

@@ -2,22 +2,14 @@
 
 #include "korvan_directory.h"
 #include "multi_app/output_folder.h"
-
-#include <sys/stat.h>
+#include "support/file_rights.h"
+#include "support/pattern.h"
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
 namespace
 {
-unsigned modeOf(const std::string& path)
-{
-    struct stat status
-    {
-    };
-    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777U : 0U;
-}
-
 class OutputDirectory : public MultiAppTest
 {
   protected:
@@ -54,9 +46,9 @@ TEST_F(OutputDirectory, IsMadeForTheUserAlone)
     context_.outputDir = folder_.file("a/b/");
     EXPECT_TRUE(initialize().succeeded());
     EXPECT_EQ(KorvanDirectory::getOutputDir(), folder_.file("a/b"));
-    EXPECT_EQ(modeOf(folder_.file("a")), 0700U);
-    EXPECT_EQ(modeOf(folder_.file("a/b")), 0700U);
-    EXPECT_EQ(modeOf(folder_.file("a/b/korvan.log")), 0600U);
+    EXPECT_TRUE(test_support::isForOwnerAlone(folder_.file("a")));
+    EXPECT_TRUE(test_support::isForOwnerAlone(folder_.file("a/b")));
+    EXPECT_TRUE(test_support::isForOwnerAlone(folder_.file("a/b/korvan.log")));
 }
 
 TEST_F(OutputDirectory, IsANewDatedOneWhenNoneIsNamed)
@@ -72,8 +64,8 @@ TEST_F(OutputDirectory, IsANewDatedOneWhenNoneIsNamed)
     EXPECT_EQ(made.size(), 3U);
     for (const std::string& path : made)
     {
-        EXPECT_THAT(path, testing::MatchesRegex(".*/logs/Korvan-[0-9]{8}-[0-9]{6}(-[23])?"));
-        EXPECT_EQ(modeOf(path), 0700U);
+        EXPECT_THAT(path, test_support::FitsPattern(".*[/\\\\]logs[/\\\\]Korvan-[0-9]{8}-[0-9]{6}(-[23])?"));
+        EXPECT_TRUE(test_support::isForOwnerAlone(path));
     }
 }
 

@@ -50,7 +50,7 @@ TEST_F(Resume, CountsTheTargetsOfTheEarlierRun)
     folder_.write("out/SUCCESS-c/report", "");
     resume();
     EXPECT_EQ(results_.size(), 5U);
-    EXPECT_THAT(out_, HasSubstr("a  OK          0  done in an earlier run\nb  OK          0  Succeed.\n"));
+    EXPECT_THAT(out_, HasSubstr("e  OK          0  Succeed.\na  OK          0  done in an earlier run\n"));
     EXPECT_THAT(out_, HasSubstr("5 targets: 4 succeeded, 1 failed, 0 skipped."));
 }
 

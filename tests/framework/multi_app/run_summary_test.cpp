@@ -21,22 +21,25 @@ TEST(RunSummary, PrintsFailuresLast)
         {"a", KorvanResult(13, "no\nanswer")},
         {"b", KorvanResult(47)},
         {"long-name.example", KorvanResult(0x10068, "nothing")},
-        {"z", KorvanResult(0, "all is well")},
+        {"c", KorvanResult(0, "the inventory has gaps")},
+        {"z", KorvanResult(0, "Succeed.")},
     };
     EXPECT_EQ(printed(results), "\n"
                                 "10.0.0.1           OK          0  Succeed.\n"
-                                "z                  OK          0  all is well\n"
+                                "z                  OK          0  Succeed.\n"
+                                "c                  OK          0  the inventory has gaps\n"
                                 "b                  SKIPPED    47  Interrupted by user.\n"
                                 "a                  FAILED     13  no\\x0Aanswer\n"
                                 "long-name.example  FAILED    104  nothing\n"
-                                "5 targets: 2 succeeded, 2 failed, 1 skipped. Results: /out\n");
+                                "6 targets: 3 succeeded, 2 failed, 1 skipped. Results: /out\n");
 }
 
 TEST(RunSummary, CountsOneTargetAndNone)
 {
     EXPECT_EQ(printed({{"a", KorvanResult()}}),
               "\na  OK          0  Succeed.\n1 target: 1 succeeded, 0 failed, 0 skipped. Results: /out\n");
-    EXPECT_EQ(printed({}), "\nNo target was named. Results: /out\n");
+    EXPECT_EQ(printed({}), "\nNo target was named; name controllers with --bmc or --pmx, or several and this machine "
+                           "in a list with --config. Results: /out\n");
 }
 
 TEST(RunSummary, FailureOutweighsSkipOutweighsSuccess)
