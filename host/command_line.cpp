@@ -216,8 +216,14 @@ UserContext contextOf(const Words& words, const std::map<std::string, std::strin
     context.parallel = numberOf(context, option::kParallel, context.parallel);
     context.connectTimeout = numberOf(context, option::kConnectTimeout, context.connectTimeout);
     context.targetTimeout = numberOf(context, option::kTargetTimeout, context.targetTimeout);
-    constexpr std::int32_t kUsualLogLevel = 3;
-    numberOf(context, option::kLog, kUsualLogLevel); // the framework reads it from the options
+    // The framework reads the others from the options.
+    for (const OptionDescription& description : compareOptions())
+    {
+        if (description.form == OptionForm::Number)
+        {
+            numberOf(context, description.name, description.lowest);
+        }
+    }
     return context;
 }
 } // namespace

@@ -43,7 +43,8 @@ const std::vector<OptionDescription>& compareOptions()
          "Never asks; without it a user or password that is still missing is asked for once, on a terminal."},
         {option::kAllowOpenFiles, Form::Flag, kTargets, "",
          "Takes files with passwords also when other users can read them."},
-        {option::kBmcCimPort, Form::Value, kTargets, "PORT", "The port of the controllers' CIM service."},
+        {option::kBmcCimPort, Form::Number, kTargets, "PORT",
+         "The port of the controllers' CIM service; without it 5989 for https and 5988 for http targets.", 1, 65535},
         {option::kIpmiPort, Form::Number, kTargets, "PORT",
          "The port of the controllers' IPMI service; 623 without it.", 1, 65535},
         {option::kIpmiCipherSuite, Form::Number, kTargets, "NUMBER",
@@ -65,8 +66,9 @@ const std::vector<OptionDescription>& compareOptions()
         {option::kType, Form::Value, kScan, "TYPE[,...]",
          "Kinds of updates to look at: fw (firmware), dd (drivers), sw (software), mm, or all."},
         {option::kCheckDevice, Form::Flag, kScan, "",
-         "Checks the devices themselves for what they hold, which takes longer."},
-        {option::kIoBay, Form::Value, kScan, "NUMBER", "The I/O bay of the chassis to scan."},
+         "Refuses devices whose inventory says that they cannot be updated; the log of the scan names them."},
+        {option::kIoBay, Form::Number, kScan, "NUMBER",
+         "Scans only what sits in this I/O bay of a chassis (--cmm, --smm); 0, and without it, everything.", 0, 999},
 
         {option::kDir, Form::Value, kQuery, "DIR",
          "The repository: the folder that holds the update packages; without it the working directory."},
@@ -110,7 +112,7 @@ const std::vector<OptionDescription>& compareOptions()
          "Seconds that one target may take in all, 1 to 86400; 900 without it.", 1, 86400},
 
         {option::kTarn, Form::Flag, kLegacy, "",
-         "Treats no target as a legacy system, so that nothing is handed over."},
+         "Treats no target as a legacy system: none is asked whether it is one, refused or handed over."},
         {option::kXml, Form::Flag, kLegacy, "", "Asks the legacy installer tool for XML output."},
     };
     return options;

@@ -12,4 +12,9 @@ void complain(const std::string& text);
 std::string quotedIfHarmless(const std::string& word);
 
 bool inputIsTerminal();
+
+// Lets the console take what the program writes as UTF-8, and gives it back as it was: it belongs to the shell that stays.
+// Both from any thread; nothing where consoles speak UTF-8 anyway.
+void speakUtf8();
+void speakAsBefore();
 } // namespace console

@@ -1,12 +1,13 @@
 #include "process_title.h"
 #include "program.h"
+#include "program_words.h"
 
 #include <string>
 #include <vector>
 
 int main(int argc, char** argv)
 {
-    const std::vector<std::string> words(argv, argv + argc);
+    const std::vector<std::string> words = programWords(argc, argv);
     process_title::hideSecrets(argc, argv);
     return runProgram(words);
 }

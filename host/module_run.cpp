@@ -7,6 +7,7 @@
 #include "module_loader.h"
 
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -90,7 +91,7 @@ int runModule(const std::string& module, const UserContext& context)
         console::complain("the system does not tell the program's own folder, where its modules lie");
         return exit_status::kInvalidApplication;
     }
-    const std::string path = directory + "/" + LoadedModule::fileName(module);
+    const std::string path = (std::filesystem::path(directory) / LoadedModule::fileName(module)).string();
     std::string error;
     const std::unique_ptr<LoadedModule> loaded = LoadedModule::load(path, error);
     if (!loaded)

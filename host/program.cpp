@@ -128,6 +128,7 @@ int dispatch(const Words& words)
 
 int runProgram(const std::vector<std::string>& words)
 {
+    console::speakUtf8();
     signals::install();
     int status = exit_status::kInternalError;
     try
@@ -139,6 +140,7 @@ int runProgram(const std::vector<std::string>& words)
         console::complain(failure.what());
     }
     std::cout << std::flush;
+    console::speakAsBefore();
     if (!std::cout && status == exit_status::kSuccess)
     {
         console::complain("standard output cannot be written to");

@@ -36,6 +36,18 @@ void handle(int signal, void (*handler)(int))
     ::sigemptyset(&action.sa_mask);
     ::sigaction(signal, &action, nullptr);
 }
+// A terminal or connection that is gone ends the run in order, unless it was started to outlive it (nohup).
+void handleHangUp()
+{
+    struct sigaction before
+    {
+    };
+    ::sigaction(SIGHUP, nullptr, &before);
+    if (before.sa_handler != SIG_IGN)
+    {
+        handle(SIGHUP, handleTermination);
+    }
+}
 } // namespace
 
 namespace signals
@@ -44,6 +56,7 @@ void install()
 {
     handle(SIGINT, handleInterrupt);
     handle(SIGTERM, handleTermination);
+    handleHangUp();
     handle(SIGPIPE, SIG_IGN);
 }
 } // namespace signals

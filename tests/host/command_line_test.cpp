@@ -120,6 +120,9 @@ TEST(CommandLine, ChecksTheRangeOfNumbers)
     EXPECT_THAT(complaint({"--connect-timeout=0"}), HasSubstr("--connect-timeout"));
     EXPECT_THAT(complaint({"--target-timeout=86401"}), HasSubstr("--target-timeout"));
     EXPECT_THAT(complaint({"--log=5"}), HasSubstr("--log"));
+    EXPECT_THAT(complaint({"--bmc-cim-port=65536"}), HasSubstr("--bmc-cim-port"));
+    EXPECT_THAT(complaint({"--ipmi-port=0"}), HasSubstr("--ipmi-port"));
+    EXPECT_THAT(complaint({"--ipmi-cipher-suite=18"}), HasSubstr("--ipmi-cipher-suite"));
     EXPECT_EQ(parse({"--parallel=256"}).context.parallel, 256);
 }
 

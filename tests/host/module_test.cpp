@@ -1,5 +1,7 @@
 #include "host/host_fixture.h"
 
+#include "support/environment.h"
+
 #include <csignal>
 
 using test_support::BackgroundProcess;
@@ -30,10 +32,10 @@ class WaitingProgram
   public:
     WaitingProgram(const std::string& program, const std::string& output, const char* mode)
     {
-        ::setenv("KORVAN_TEST_MODE", mode, 1);
+        test_support::setVariable("KORVAN_TEST_MODE", mode);
         process_ = std::make_unique<BackgroundProcess>(
             program, std::vector<std::string>{"update", "compare", "--bmc=a,b", "--parallel=1", "--output=" + output});
-        ::unsetenv("KORVAN_TEST_MODE");
+        test_support::clearVariable("KORVAN_TEST_MODE");
         std::string line;
         started = process_->readLine(line, std::chrono::seconds(10)) && line == "waiting";
     }

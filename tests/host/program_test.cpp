@@ -1,4 +1,6 @@
 #include "host/host_fixture.h"
+#include "module_loader.h"
+#include "support/pattern.h"
 
 #include "os_names.h"
 
@@ -6,7 +8,6 @@
 
 using test_support::ProcessOutcome;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
@@ -24,7 +25,7 @@ TEST_F(ProgramTest, TellsItsVersion)
 {
     const ProcessOutcome outcome = run({"--version"});
     EXPECT_EQ(outcome.exitStatus, 0) << outcome.err;
-    EXPECT_THAT(outcome.out, MatchesRegex("korvan [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_THAT(outcome.out, test_support::FitsPattern("korvan [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
 TEST_F(ProgramTest, HelpsOnEveryLevel)
@@ -76,7 +77,7 @@ TEST_F(ProgramTest, NamesTheModuleThatItCannotLoad)
 {
     const ProcessOutcome outcome = run({"update", "compare", "--output", "out"});
     EXPECT_EQ(outcome.exitStatus, 3);
-    EXPECT_THAT(outcome.err, HasSubstr(folder_.file("bin/korvan_update_multicompare.so")));
+    EXPECT_THAT(outcome.err, HasSubstr(folder_.file("bin/" + LoadedModule::fileName("korvan_update_multicompare"))));
     EXPECT_FALSE(std::filesystem::exists(folder_.file("out")));
 }
 
