@@ -1,10 +1,8 @@
-#include "end_to_end/program_tree.h"
+#include "end_to_end/fleet_fixture.h"
 
 #include <boost/filesystem/operations.hpp>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-
-#include <algorithm>
 
 namespace
 {
@@ -14,78 +12,10 @@ using test_support::ProcessOutcome;
 using test_support::readFile;
 using Texts = std::vector<std::string>;
 
-constexpr char kPassword[] = "Sample-Passw0rd";
-constexpr char kWrongPassword[] = "not-the-Passw0rd";
-
-// The sample servers on ports of the system's choice, and the runnable tree to ask them with.
-class Fleet : public ::testing::Test
+class Fleet : public FleetFixture
 {
   protected:
-    // Starts the simulator with these servers; afterwards `address(name)` says where each one is.
-    void serve(const json& controllers)
-    {
-        const std::string fleet = tree_.write("fleet.json", json{{"controllers", controllers}}.dump(2));
-        simulator_ = std::make_unique<test_support::BackgroundProcess>(
-            KORVAN_SIMULATOR,
-            Texts{"--config", fleet, "--cert-out", tree_.file("ca.pem"), "--ready-file", tree_.file("ready.json")});
-        std::string line;
-        while (simulator_->readLine(line, std::chrono::seconds(20)) && line != "ready")
-        {
-            const std::string::size_type blank = line.find(' ');
-            addresses_[line.substr(0, blank)] = line.substr(blank + 1);
-        }
-        ASSERT_EQ(line, "ready");
-    }
-
-    static json controller(const std::string& name, const json& more = json::object())
-    {
-        json made = {{"name", name},           {"folder", std::string(KORVAN_SOURCE_DIR) + "/samples/servers/" + name},
-                     {"address", "127.0.0.1"}, {"port", 0},
-                     {"user", "admin"},        {"password", kPassword}};
-        made.update(more);
-        return made;
-    }
-
-    static json sampleServers()
-    {
-        return json::array({controller("rack-a"), controller("rack-b"), controller("blade-c"), controller("node-d"),
-                            controller("edge-e")});
-    }
-
-    // "127.0.0.1:port", as users write it.
-    std::string address(const std::string& name) const
-    {
-        const std::string& url = addresses_.at(name);
-        return url.substr(url.find("://") + 3);
-    }
-
-    // The name of the target's folder, without how it ended.
-    std::string folder(const std::string& name) const
-    {
-        std::string result = address(name);
-        std::replace(result.begin(), result.end(), ':', '_');
-        return result;
-    }
-
-    std::string targetList(const Texts& names, const std::string& password = kPassword) const
-    {
-        json targets = json::array();
-        for (const std::string& name : names)
-        {
-            targets.push_back({{"kind", "bmc"}, {"address", address(name)}, {"user", "admin"}, {"password", password}});
-        }
-        return tree_.write("targets-" + password + ".json", json{{"targets", targets}}.dump());
-    }
-
-    ProcessOutcome compare(const Texts& more) const
-    {
-        Texts words = {"update",   "compare", "--output", "out",
-                       "--cacert", "ca.pem",  "--dir",    std::string(KORVAN_SOURCE_DIR) + "/samples/repository"};
-        words.insert(words.end(), more.begin(), more.end());
-        return tree_.korvan(words);
-    }
-
-    bool exists(const std::string& name) const { return fs::exists(tree_.file(name)); }
+    const Texts all_ = {"rack-a", "rack-b", "blade-c", "node-d", "edge-e"};
 
     static std::size_t count(const std::string& text, const std::string& piece)
     {
@@ -96,39 +26,15 @@ class Fleet : public ::testing::Test
         }
         return found;
     }
-
-    // No file of the run and no line on the screen holds the password.
-    void expectNoSecret(const ProcessOutcome& outcome, const std::string& secret) const
-    {
-        EXPECT_EQ(outcome.out.find(secret), std::string::npos);
-        EXPECT_EQ(outcome.err.find(secret), std::string::npos);
-        std::size_t files = 0;
-        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(tree_.file("out")))
-        {
-            if (fs::is_regular_file(entry.path()))
-            {
-                ++files;
-                EXPECT_EQ(readFile(entry.path().string()).find(secret), std::string::npos) << entry.path();
-            }
-        }
-        EXPECT_GT(files, 1U);
-    }
-
-    ProgramTree tree_;
-
-  private:
-    std::unique_ptr<test_support::BackgroundProcess> simulator_;
-    std::map<std::string, std::string> addresses_;
 };
 
 TEST_F(Fleet, ComparesFiveDifferentServers)
 {
-    serve(sampleServers());
-    const Texts names = {"rack-a", "rack-b", "blade-c", "node-d", "edge-e"};
-    const ProcessOutcome outcome = compare({"--config", targetList(names), "--pattern", "uefi|bmc|nic", "--log", "4"});
+    serve(all_);
+    const ProcessOutcome outcome = compare({"--config", targetList(all_), "--pattern", "uefi|bmc|nic", "--log", "4"});
     EXPECT_EQ(outcome.exitStatus, 0) << outcome.out << outcome.err;
     EXPECT_EQ(count(outcome.out, "Compare Result"), 1U);
-    for (const std::string& name : names)
+    for (const std::string& name : all_)
     {
         EXPECT_GE(count(outcome.out, "| " + folder(name) + " "), 1U) << name << "\n" << outcome.out;
         for (const char* file : {"Korvan-update-scan.xml", "scan_result.txt", "Korvan-update-query.xml",
@@ -139,14 +45,13 @@ TEST_F(Fleet, ComparesFiveDifferentServers)
     }
     const json result = json::parse(readFile(tree_.file("out/compare_result.json")));
     EXPECT_EQ(result["COMPARISON"].size(), 5U);
-    expectNoSecret(outcome, kPassword);
+    expectNoSecret(outcome.out + outcome.err, kPassword);
 }
 
 TEST_F(Fleet, KnowsEachServersMachineTypeAndController)
 {
-    serve(sampleServers());
-    const Texts names = {"rack-a", "rack-b", "blade-c", "node-d", "edge-e"};
-    compare({"--config", targetList(names), "--pattern", "."});
+    serve(all_);
+    compare({"--config", targetList(all_), "--pattern", "."});
     std::map<std::string, std::pair<std::string, std::string>> seen;
     const json result = json::parse(readFile(tree_.file("out/compare_result.json")));
     for (const json& host : result["COMPARISON"])
@@ -163,23 +68,22 @@ TEST_F(Fleet, KnowsEachServersMachineTypeAndController)
 
 TEST_F(Fleet, ShowsOneFailedTargetBesideTheOthers)
 {
-    serve(json::array({controller("rack-a"), controller("rack-b")}));
+    serve({"rack-a", "rack-b"});
     const ProcessOutcome outcome =
-        compare({"--bmc", "admin:" + std::string(kPassword) + "@" + address("rack-a"), "--bmc",
-                 "admin:" + std::string(kWrongPassword) + "@" + address("rack-b"), "--pattern", "uefi"});
+        compare({"--bmc", login("rack-a"), "--bmc", login("rack-b", kWrongPassword), "--pattern", "uefi"});
     EXPECT_EQ(outcome.exitStatus, 58);
     EXPECT_TRUE(exists("out/SUCCESS-" + folder("rack-a") + "/Korvan-update-compare.xml"));
     EXPECT_TRUE(exists("out/FAILURE-" + folder("rack-b") + "/common_result.xml"));
     EXPECT_FALSE(exists("out/FAILURE-" + folder("rack-b") + "/Korvan-update-compare.xml"));
     EXPECT_EQ(json::parse(readFile(tree_.file("out/compare_result.json")))["COMPARISON"].size(), 1U);
     EXPECT_NE(outcome.out.find("FAILED"), std::string::npos) << outcome.out;
-    expectNoSecret(outcome, kPassword);
-    expectNoSecret(outcome, kWrongPassword);
+    expectNoSecret(outcome.out + outcome.err, kPassword);
+    expectNoSecret(outcome.out + outcome.err, kWrongPassword);
 }
 
 TEST_F(Fleet, ReplacesTheFoldersOfAnEarlierRun)
 {
-    serve(json::array({controller("rack-a")}));
+    serve({"rack-a"});
     EXPECT_EQ(compare({"--config", targetList({"rack-a"}, kWrongPassword)}).exitStatus, 58);
     EXPECT_TRUE(exists("out/FAILURE-" + folder("rack-a")));
     EXPECT_EQ(compare({"--config", targetList({"rack-a"})}).exitStatus, 0);
@@ -189,7 +93,7 @@ TEST_F(Fleet, ReplacesTheFoldersOfAnEarlierRun)
 
 TEST_F(Fleet, DoesNotTrustAnUnknownCertificate)
 {
-    serve(json::array({controller("rack-a")}));
+    serve({"rack-a"});
     const ProcessOutcome outcome =
         tree_.korvan({"update", "compare", "--output", "out", "--config", targetList({"rack-a"})});
     EXPECT_EQ(outcome.exitStatus, 58);
@@ -199,7 +103,7 @@ TEST_F(Fleet, DoesNotTrustAnUnknownCertificate)
 
 TEST_F(Fleet, SkipsTheTrustWhenToldTo)
 {
-    serve(json::array({controller("rack-a")}));
+    serve({"rack-a"});
     const ProcessOutcome outcome =
         tree_.korvan({"update", "compare", "--output", "out", "--never-check-trust", "--dir",
                       std::string(KORVAN_SOURCE_DIR) + "/samples/repository", "--config", targetList({"rack-a"})});
@@ -208,7 +112,7 @@ TEST_F(Fleet, SkipsTheTrustWhenToldTo)
 
 TEST_F(Fleet, ComparesASavedScanAndQueryAsTheLiveRun)
 {
-    serve(json::array({controller("rack-a")}));
+    serve({"rack-a"});
     ASSERT_EQ(compare({"--config", targetList({"rack-a"})}).exitStatus, 0);
     const std::string folderOfRun = "out/SUCCESS-" + folder("rack-a") + "/";
     const std::string live = readFile(tree_.file(folderOfRun + "Korvan-update-compare.xml"));
@@ -219,6 +123,24 @@ TEST_F(Fleet, ComparesASavedScanAndQueryAsTheLiveRun)
     EXPECT_EQ(outcome.exitStatus, 0) << outcome.out;
     EXPECT_EQ(readFile(tree_.file(folderOfRun + "Korvan-update-compare.xml")), live);
     EXPECT_NE(live, "");
+}
+
+TEST_F(Fleet, AsksAControllerOverOneConnectionWithOneLogin)
+{
+    serveEntries({controller("rack-a", {{"behaviour", {{"authentication", "sessions_only"}}}})});
+    EXPECT_EQ(compare({"--config", targetList({"rack-a"})}).exitStatus, 0);
+    const json counted = statistics()["controllers"][0];
+    EXPECT_EQ(counted["connections"], 1) << counted.dump(2);
+    EXPECT_EQ(counted["sessions_created"], 1);
+    EXPECT_EQ(counted["sessions_deleted"], 1);
+}
+
+TEST_F(Fleet, NamesTheSavedScanThatCannotBeRead)
+{
+    serve({"rack-a"});
+    const ProcessOutcome outcome = compare({"--config", targetList({"rack-a"}), "--scanxml", "nowhere.xml"});
+    EXPECT_EQ(outcome.exitStatus, 58);
+    EXPECT_NE(outcome.out.find("File doesn't exist. Before that: nowhere.xml: "), std::string::npos) << outcome.out;
 }
 
 TEST_F(Fleet, RefusesToNameATargetTwice)
@@ -233,8 +155,7 @@ TEST_F(Fleet, RefusesToNameATargetTwice)
 
 TEST_F(Fleet, StopsAtCtrlCAndReportsTheRest)
 {
-    const json hanging = {{"faults", json::array({{{"path", ".*"}, {"action", "hang"}}})}};
-    serve(json::array({controller("rack-a", hanging), controller("rack-b", hanging)}));
+    serve({"rack-a", "rack-b"}, {"rack-a", "rack-b"});
     tree_.options.interruptAfter = std::chrono::milliseconds(1500);
     const ProcessOutcome outcome = compare({"--config", targetList({"rack-a", "rack-b"}), "--parallel", "1"});
     EXPECT_FALSE(outcome.timedOut);

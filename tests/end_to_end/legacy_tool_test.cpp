@@ -28,7 +28,13 @@ class LegacyTool : public ::testing::Test
     {
         boost::filesystem::create_directories(boost::filesystem::path(tree_.file(name)).parent_path());
         boost::filesystem::copy_file(KORVAN_FAKE_INSTALLER, tree_.file(name));
-        tree_.configure("VELPAKI_PATH", tree_.file(name));
+        tree_.configure("VELPAKI_PATH", tool(name));
+    }
+
+    // As the command interpreter takes it for a program: with the system's own separators.
+    std::string tool(const std::string& name) const
+    {
+        return boost::filesystem::path(tree_.file(name)).make_preferred().string();
     }
 
     ProcessOutcome run(const Words& options) const
@@ -62,7 +68,7 @@ TEST_F(LegacyTool, GetsTheTranslatedCommandLine)
     const ProcessOutcome outcome = run(
         {"--type", "fw", "--dir", "my pkgs", "--excludeid=X", "--scope", "latest", "--noscan", "--xml", "--backup"});
     EXPECT_EQ(outcome.exitStatus, 0) << outcome.out << outcome.err;
-    EXPECT_EQ(record(), tree_.file("tools/velpaki.exe") +
+    EXPECT_EQ(record(), tool("tools/velpaki.exe") +
                             "\ncompare\n-u\n-F\n-l\nmy pkgs\n-e\nX\n-L\n--noinventory\n--xml\n-m\n7T01\n"
                             "--update-args=UEFI:--backup,PMX:--backup\n");
     EXPECT_NE(outcome.out.find("VELPAKI cmd:compare -u -F -l \"my pkgs\" -e X -L --noinventory --xml -m 7T01 "
@@ -139,8 +145,25 @@ TEST_F(LegacyTool, IsRefusedWhenThePathIsADirectory)
 
 TEST_F(LegacyTool, IsRefusedWhenItsNameIsInCapitals)
 {
-    install("TOOLS/VELPAKI.EXE");
+    install("OTHER/VELPAKI.EXE");
     expectRefused(run({}), kPathWrong);
+}
+
+// The configured path goes to the command interpreter as it stands, so blanks end the program's name there.
+TEST_F(LegacyTool, IsNotFoundThroughAPathWithBlanks)
+{
+    install("my tools/velpaki.exe");
+    const ProcessOutcome outcome = run({});
+    EXPECT_EQ(outcome.exitStatus, 58);
+    EXPECT_EQ(record(), "");
+    EXPECT_NE(outcome.out.find("1779"), std::string::npos) << outcome.out;
+}
+
+TEST_F(LegacyTool, OfTheSameNameElsewhereIsNoProxy)
+{
+    boost::filesystem::copy_file(KORVAN_FAKE_INSTALLER, tree_.bin("velpaki.exe"));
+    EXPECT_EQ(run({}).exitStatus, 0);
+    EXPECT_NE(record(), "");
 }
 
 TEST_F(LegacyTool, IsRefusedForAnOptionThatItDoesNotKnow)

@@ -32,7 +32,7 @@ class PreparedReports : public ::testing::Test
     static std::string reportOf(const ProcessOutcome& outcome)
     {
         EXPECT_EQ(outcome.exitStatus, 0) << outcome.err;
-        const std::string::size_type closing = outcome.out.rfind("\nNo target was named.");
+        const std::string::size_type closing = outcome.out.rfind("\nNo target was named; ");
         EXPECT_NE(closing, std::string::npos) << outcome.out;
         return outcome.out.substr(0, closing);
     }

@@ -1,5 +1,7 @@
 #include "end_to_end/program_tree.h"
 
+#include "support/file_rights.h"
+
 #include <boost/filesystem/operations.hpp>
 #include <boost/filesystem/path.hpp>
 
@@ -27,7 +29,8 @@ ProgramTree::ProgramTree()
 std::string ProgramTree::write(const std::string& name, const std::string& content) const
 {
     const std::string path = folder_.write("work/" + name, content);
-    fs::permissions(path, fs::owner_read | fs::owner_write); // or a target list with passwords is refused
+    // Or a target list with passwords is refused.
+    test_support::setReaders(path, test_support::Readers::OwnerAlone);
     return path;
 }
 

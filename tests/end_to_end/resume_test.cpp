@@ -7,14 +7,7 @@ namespace
 using test_support::ProcessOutcome;
 using test_support::readFile;
 
-class ResumedRun : public FleetFixture
-{
-  protected:
-    std::string login(const std::string& name, const std::string& password) const
-    {
-        return "admin:" + password + "@" + address(name);
-    }
-};
+using ResumedRun = FleetFixture;
 
 TEST_F(ResumedRun, AsksOnlyTheTargetsThatFailedAndReportsAll)
 {

@@ -1,11 +1,11 @@
-#include "end_to_end/program_tree.h"
+#include "end_to_end/fleet_fixture.h"
+#include "support/environment.h"
 
 #include <boost/filesystem/operations.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,39 +20,25 @@ using testing::HasSubstr;
 using testing::Not;
 using Texts = std::vector<std::string>;
 
-constexpr char kPassword[] = "Sample-Passw0rd";
 constexpr char kKnown[] = "home/.korvan/known_controllers";
 constexpr int kTargetFailed = 58;
 
 // One controller whose certificate no authority of the system vouches for, and a user with an empty home folder.
-class Trust : public ::testing::Test
+class Trust : public FleetFixture
 {
   protected:
     Trust()
     {
         fs::create_directories(tree_.file("home"));
-        tree_.options.environment.emplace_back("HOME", tree_.file("home"));
+        tree_.options.environment.emplace_back(test_support::homeVariable(), tree_.file("home"));
     }
 
     // `place` is the "127.0.0.1:port" of an earlier start, or empty for a new port.
-    void serve(const std::string& place = "", const json& behaviour = json::object())
+    void serveOne(const std::string& place = "", const json& behaviour = json::object())
     {
-        simulator_.reset();
         const int port = place.empty() ? 0 : std::stoi(place.substr(place.find(':') + 1));
-        const json controller = {
-            {"name", "rack-a"},       {"folder", std::string(KORVAN_SOURCE_DIR) + "/samples/servers/rack-a"},
-            {"address", "127.0.0.1"}, {"port", port},
-            {"user", "admin"},        {"password", kPassword},
-            {"behaviour", behaviour}};
-        const std::string fleet = tree_.write("fleet.json", json{{"controllers", json::array({controller})}}.dump());
-        simulator_ = std::make_unique<test_support::BackgroundProcess>(
-            KORVAN_SIMULATOR, Texts{"--config", fleet, "--cert-out", tree_.file("ca.pem")});
-        std::string line;
-        while (simulator_->readLine(line, std::chrono::seconds(20)) && line != "ready")
-        {
-            address_ = line.substr(line.find("://") + 3);
-        }
-        ASSERT_EQ(line, "ready");
+        serveEntries({controller("rack-a", {{"port", port}, {"behaviour", behaviour}})});
+        address_ = address("rack-a");
     }
 
     ProcessOutcome compare(const Texts& more, const json& keys = json::object()) const
@@ -75,17 +61,13 @@ class Trust : public ::testing::Test
         return at == std::string::npos ? std::string() : content.substr(at + before.size(), 64);
     }
 
-    ProgramTree tree_;
     std::string address_;
-
-  private:
-    std::unique_ptr<test_support::BackgroundProcess> simulator_;
 };
 } // namespace
 
 TEST_F(Trust, IsGivenOnFirstUseRememberedAndTakenBackFromAChangedController)
 {
-    serve();
+    serveOne();
     const ProcessOutcome unknown = compare({});
     EXPECT_EQ(unknown.exitStatus, kTargetFailed);
     EXPECT_THAT(unknown.out, AllOf(HasSubstr("36"), HasSubstr("--trust-on-first-use")));
@@ -106,7 +88,7 @@ TEST_F(Trust, IsGivenOnFirstUseRememberedAndTakenBackFromAChangedController)
     EXPECT_EQ(second.exitStatus, 0) << second.out << second.err;
     EXPECT_THAT(second.err, Not(HasSubstr("first use")));
 
-    serve(address_);
+    serveOne(address_);
     for (const Texts& options : {Texts{}, Texts{"--trust-on-first-use"}})
     {
         const ProcessOutcome changed = compare(options);
@@ -121,7 +103,7 @@ TEST_F(Trust, IsGivenOnFirstUseRememberedAndTakenBackFromAChangedController)
 
 TEST_F(Trust, IsKeptInTheFileThatTheUserNames)
 {
-    serve();
+    serveOne();
     const Texts file = {"--known-controllers", tree_.file("mine")};
     EXPECT_EQ(compare({file[0], file[1], "--trust-on-first-use"}).exitStatus, 0);
     EXPECT_THAT(readFile(tree_.file("mine")), HasSubstr(address_ + " sha256 "));
@@ -132,14 +114,14 @@ TEST_F(Trust, IsKeptInTheFileThatTheUserNames)
 
 TEST_F(Trust, IsNotAskedForWhenTheUserDeclines)
 {
-    serve();
+    serveOne();
     EXPECT_EQ(compare({"--never-check-trust", "--trust-on-first-use"}).exitStatus, 0);
     EXPECT_FALSE(fs::exists(tree_.file("home/.korvan")));
 }
 
 TEST_F(Trust, FollowsTheFingerprintInTheTargetList)
 {
-    serve();
+    serveOne();
     ASSERT_EQ(compare({"--trust-on-first-use"}).exitStatus, 0);
     const std::string right = knownFingerprint();
     fs::remove(tree_.file(kKnown));
@@ -155,7 +137,7 @@ TEST_F(Trust, FollowsTheFingerprintInTheTargetList)
 
 TEST_F(Trust, SpeaksOldTlsToTheTargetThatMay)
 {
-    serve("", {{"max_tls", "1.0"}});
+    serveOne("", {{"max_tls", "1.0"}});
     const Texts authority = {"--cacert", tree_.file("ca.pem")};
     const ProcessOutcome refused = compare(authority);
     EXPECT_EQ(refused.exitStatus, kTargetFailed);
