@@ -23,7 +23,7 @@ exec {stop}> >(exec "$own/korvan_simulator" --config "$work/fleet.json" --stop-o
 simulator=$!
 trap finish EXIT
 for _ in $(seq 100); do
-  grep -qx ready "$work/ready" && break
+  grep -qsx ready "$work/ready" && break
   sleep 0.1
 done
 place() { sed -n "s#^$1 https://##p" "$work/ready"; }
@@ -42,12 +42,13 @@ wait_for() { # TEXT
 # The emulated terminal shows what is typed until the program's console has taken it over.
 asked() { wait_for "Password for $(place good | tr : _): " && sleep 0.5; }
 # Runs the program with these words on a terminal that reads what this script writes to the descriptor `keys`; what the
-# terminal shows goes to "screen", the exit status to "status".
+# terminal shows goes to "screen", the exit status to "status". While the program has not taken the console over, Ctrl-C
+# interrupts the shell around it as well: the trap keeps that shell alive to write the status.
 start() { # WORDS
   rm -rf screen status out keys_pipe
   mkfifo keys_pipe
-  (exec {stop}>&-; exec script -qfc "wine '$windows/korvan.exe' update compare --cacert ca.pem --dir packages --output out $*; echo \$? >status" \
-    screen <keys_pipe >/dev/null) &
+  local run="wine '$windows/korvan.exe' update compare --cacert ca.pem --dir packages --output out $*"
+  (exec {stop}>&-; SHELL=/bin/sh exec script -qfc "trap : INT; $run; echo \$? >status" screen <keys_pipe >/dev/null) &
   terminal=$!
   exec {keys}>keys_pipe
 }

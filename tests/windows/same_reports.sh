@@ -20,10 +20,10 @@ exec {stop}> >(exec "$own/korvan_simulator" --config "$work/fleet.json" --stop-o
 simulator=$!
 trap finish EXIT
 for _ in $(seq 100); do
-  grep -qx ready "$work/ready" && break
+  grep -qsx ready "$work/ready" && break
   sleep 0.1
 done
-grep -qx ready "$work/ready" || fail "the simulator did not start: $(cat "$work/ready")"
+grep -qsx ready "$work/ready" || fail "the simulator did not start: $(cat "$work/ready")"
 targets=$(sed -n 's#^[^ ]* https://#admin:Sample-Passw0rd@#p' "$work/ready" | paste -sd,)
 
 cp -r "$root/samples/repository" "$work/packages"
