@@ -171,6 +171,8 @@ class Connection : public std::enable_shared_from_this<Connection<Stream>>
         request.cimMethod = header(message, "CIMMethod");
         request.cimObject = header(message, "CIMObject");
         request.body = message.body();
+        Error unknown;
+        request.client = lowest().socket().remote_endpoint(unknown).address().to_string();
         if (service_->control && request.target == kControlPath)
         {
             Reply reply;

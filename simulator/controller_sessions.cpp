@@ -20,13 +20,15 @@ Reply jsonReply(const json& body)
     return reply;
 }
 
-json sessionJson(const std::string& id, const std::string& user)
+json sessionJson(const Session& session, const std::string& user)
 {
-    return {{"@odata.id", std::string(kSessions) + "/" + id},
-            {"@odata.type", "#Session.v1_3_0.Session"},
-            {"Id", id},
+    return {{"@odata.id", std::string(kSessions) + "/" + session.id},
+            {"@odata.type", "#Session.v1_4_0.Session"},
+            {"Id", session.id},
             {"Name", "User Session"},
-            {"UserName", user}};
+            {"UserName", user},
+            {"CreatedTime", session.created},
+            {"ClientOriginIPAddress", session.origin}};
 }
 } // namespace
 
@@ -56,13 +58,14 @@ Reply Controller::sessionsAnswer(const Request& request, const RequestTarget& ta
         return showResource(collection, *store_, config_.behaviour, target);
     }
     const std::string id = target.path.size() > prefix.size() ? target.path.substr(prefix.size()) : "";
-    if (target.path != kSessions && !sessions_.contains(id))
+    const Session* const session = sessions_.find(id);
+    if (target.path != kSessions && session == nullptr)
     {
         return redfishError(404);
     }
-    if (target.path != kSessions && (request.method == "GET" || request.method == "HEAD"))
+    if (session != nullptr && (request.method == "GET" || request.method == "HEAD"))
     {
-        return jsonReply(sessionJson(id, config_.user));
+        return jsonReply(sessionJson(*session, config_.user));
     }
     if (request.method == "DELETE" && sessions_.remove(id))
     {
@@ -90,7 +93,7 @@ Reply Controller::createSession(const Request& request)
     {
         return unauthorized(config_.behaviour.authentication != Authentication::SessionsOnly);
     }
-    const std::optional<Session> session = sessions_.create();
+    const std::optional<Session> session = sessions_.create(request.client);
     if (!session)
     {
         return redfishError(503, "Base.1.4.0.SessionLimitExceeded",
@@ -101,7 +104,7 @@ Reply Controller::createSession(const Request& request)
     reply.status = config_.behaviour.sessionStatus;
     if (reply.status != 204)
     {
-        json body = sessionJson(session->id, config_.user);
+        json body = sessionJson(*session, config_.user);
         if (config_.behaviour.passwordChangeRequired)
         {
             body["@Message.ExtendedInfo"] =

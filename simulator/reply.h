@@ -21,6 +21,7 @@ struct Request
     std::string cimMethod;
     std::string cimObject;
     std::string body;
+    std::string client; // the client's IP address
 };
 
 // The further pieces of a body that is too large to be held; an empty piece is the end.

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <ctime>
 
 namespace simulator
 {
@@ -27,40 +29,51 @@ std::string randomToken()
     }
     return token;
 }
+
+std::string now()
+{
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+    char text[32] = {};
+    // The event loop's thread alone calls this.
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", std::gmtime(&seconds));
+    return text;
+}
 } // namespace
 
 SessionStore::SessionStore(std::size_t most) : most_(most) {}
 
-std::optional<Session> SessionStore::create()
+std::optional<Session> SessionStore::create(const std::string& origin)
 {
-    if (tokens_.size() >= most_)
+    if (sessions_.size() >= most_)
     {
         return std::nullopt;
     }
-    Session session{std::to_string(++created_), randomToken()};
-    tokens_[session.id] = session.token;
+    Session session{std::to_string(++created_), randomToken(), now(), origin};
+    sessions_[session.id] = session;
     return session;
 }
 
 bool SessionStore::isToken(const std::string& token) const
 {
-    return std::any_of(tokens_.begin(), tokens_.end(), [&token](const auto& entry) { return entry.second == token; });
+    return std::any_of(sessions_.begin(), sessions_.end(),
+                       [&token](const auto& entry) { return entry.second.token == token; });
 }
 
 bool SessionStore::remove(const std::string& id)
 {
-    return tokens_.erase(id) != 0;
+    return sessions_.erase(id) != 0;
 }
 
-bool SessionStore::contains(const std::string& id) const
+const Session* SessionStore::find(const std::string& id) const
 {
-    return tokens_.count(id) != 0;
+    const auto found = sessions_.find(id);
+    return found == sessions_.end() ? nullptr : &found->second;
 }
 
 std::vector<std::string> SessionStore::ids() const
 {
     std::vector<std::string> all;
-    for (const auto& entry : tokens_)
+    for (const auto& entry : sessions_)
     {
         all.push_back(entry.first);
     }
