@@ -215,6 +215,7 @@ UserContext contextOf(const Words& words, const std::map<std::string, std::strin
     context.outputDir = GetOption(context, option::kOutput, std::string());
     context.parallel = numberOf(context, option::kParallel, context.parallel);
     context.connectTimeout = numberOf(context, option::kConnectTimeout, context.connectTimeout);
+    context.requestTimeout = numberOf(context, option::kRequestTimeout, context.requestTimeout);
     context.targetTimeout = numberOf(context, option::kTargetTimeout, context.targetTimeout);
     // The framework reads the others from the options.
     for (const OptionDescription& description : compareOptions())

@@ -108,6 +108,8 @@ const std::vector<OptionDescription>& compareOptions()
         {option::kParallel, Form::Number, kRun, "COUNT", "Targets worked on at once, 1 to 256; 16 without it.", 1, 256},
         {option::kConnectTimeout, Form::Number, kRun, "SECONDS",
          "Seconds until a connection must stand, 1 to 3600; 20 without it.", 1, 3600},
+        {option::kRequestTimeout, Form::Number, kRun, "SECONDS",
+         "Seconds that one answer of a controller may take, 1 to 3600; 120 without it.", 1, 3600},
         {option::kTargetTimeout, Form::Number, kRun, "SECONDS",
          "Seconds that one target may take in all, 1 to 86400; 900 without it.", 1, 86400},
 

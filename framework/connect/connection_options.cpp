@@ -115,6 +115,7 @@ KorvanResult ConvertUserContextToConnectOption(const UserContext& context, Conne
     filled.kind = kind.empty() ? option::kLocal : kind;
     fillTrust(context, filled);
     filled.connectTimeout = std::chrono::seconds(std::max(1, context.connectTimeout));
+    filled.requestTimeout = std::chrono::seconds(std::max(1, context.requestTimeout));
     filled.targetTimeout = std::chrono::seconds(std::max(1, context.targetTimeout));
     filled.deadline = target_run::deadline(filled.targetTimeout);
     filled.machineTypeStated = HasOption(context, option::kMt);

@@ -18,6 +18,7 @@ struct ConnectOption
     std::string caCert;     // PEM file to verify against; empty: the system's store
     bool checkTrust = true; // false: any certificate will do
     std::chrono::seconds connectTimeout{20};
+    std::chrono::seconds requestTimeout{120}; // for one answer; slow controllers need minutes for one inventory
     std::chrono::seconds targetTimeout{900}; // for everything asked of this target
     std::string knownControllers;            // file of trusted fingerprints; empty: there is none
     bool trustOnFirstUse = false;            // an unknown controller's fingerprint goes into that file

@@ -65,5 +65,6 @@ constexpr char kXml[] = "xml"; // only the legacy installer tool reads it
 constexpr char kResume[] = "resume";
 constexpr char kParallel[] = "parallel";
 constexpr char kConnectTimeout[] = "connect-timeout";
+constexpr char kRequestTimeout[] = "request-timeout";
 constexpr char kTargetTimeout[] = "target-timeout";
 } // namespace option

@@ -17,9 +17,10 @@ struct UserContext
     std::string outputDir;   // "--output" as given; empty: the framework makes a new folder
 
     std::int32_t argumentCount = 0;
-    std::int32_t parallel = 16;       // tasks at once, 1 or more
-    std::int32_t connectTimeout = 20; // seconds until a connection must stand
-    std::int32_t targetTimeout = 900; // seconds that one target may take in all
+    std::int32_t parallel = 16;        // tasks at once, 1 or more
+    std::int32_t connectTimeout = 20;  // seconds until a connection must stand
+    std::int32_t requestTimeout = 120; // seconds that one answer may take
+    std::int32_t targetTimeout = 900;  // seconds that one target may take in all
 
     std::vector<std::string> argumentVector; // the program's words, program name first; may hold passwords
 

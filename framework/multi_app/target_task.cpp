@@ -122,7 +122,7 @@ namespace target_task
 KorvanResult run(const multi_command::Target& target, const std::string& outputDir, const Task& task)
 {
     const log_control::TargetScope scope(target.name);
-    const target_run::Scope clock;
+    target_run::Scope clock;
     KorvanResult result;
     try
     {
@@ -132,6 +132,7 @@ KorvanResult run(const multi_command::Target& target, const std::string& outputD
     {
         result = KorvanResult(result_code::kInternalError, failure.what());
     }
+    clock.release();
     addRemarks(clock.remarks(), result);
     logResult(result);
     return result;

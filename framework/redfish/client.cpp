@@ -25,7 +25,8 @@ constexpr std::size_t kLongestPath = 4096;
 constexpr milliseconds kWaitStep{50};
 constexpr milliseconds kFarewellTime{5000}; // for deleting the session, beyond the target's limit
 constexpr int kStrikes = 2; // requests without an answer to their question in a row after which the target is given up
-constexpr int kMostSessions = 3; // logins of one client, when the service keeps ending its sessions
+constexpr int kMostSessions = 3;   // logins of one client, when the service keeps ending its sessions
+constexpr int kMostLostLogins = 2; // each may leave a session that nobody can delete
 
 bool isRedirect(int status)
 {
@@ -57,9 +58,10 @@ struct Client::State
     Exchange send(Request request);
     Exchange sendFollowing(Request request);
     Exchange sendLoggedIn(const Request& request);
+    Exchange sendWithSlash(Request request);
     bool logIn(Exchange& refusal);
     bool retryAfter(const Exchange& answer, int attempt, Request& request);
-    Reply replyTo(const Exchange& answer, const std::string& stage) const;
+    Reply replyTo(const Exchange& answer, const std::string& requestStage) const;
     Reply get(const std::string& path, const std::string& stage, std::string& body);
     void judge(const Reply& reply);
 
@@ -70,6 +72,10 @@ struct Client::State
     std::string sessionsPath;
     Session session;
     int sessionsOpened = 0;
+    Exchange failedLogin;    // the last one that failed, when there is one
+    bool inLogin = false;    // what failed was a login, not the request that it was for
+    bool slashTried = false; // whether the service wants a slash at the end of every path has been found out
+    bool slashWanted = false;
     bool answered = false;      // the service has answered at least once
     bool ranOut = false;        // the target's time limit, not one request's
     bool sessionsTaken = false; // the service takes no further session
@@ -105,7 +111,9 @@ Exchange Client::State::send(Request request)
 {
     const bool farewell = request.interruptUse == InterruptUse::Ignore;
     const milliseconds left = farewell ? kFarewellTime : remaining();
-    request.timeLimit = std::min(left, limits.requestTime);
+    const bool finishes = request.interruptUse == InterruptUse::Finish;
+    const milliseconds allowed = left + (finishes ? kFinishTime : milliseconds(0));
+    request.timeLimit = std::min(allowed, milliseconds(option.requestTimeout));
     request.connectLimit = std::min(request.timeLimit, milliseconds(option.connectTimeout));
     Exchange answer;
     if (left.count() == 0)
@@ -146,17 +154,26 @@ bool Client::State::logIn(Exchange& refusal)
     {
         return false;
     }
-    session.forget();
-    const Exchange answer =
-        session.open(sessionsPath, option, [this](const Request& next) { return sendFollowing(next); });
+    const auto perform = [this](const Request& next) { return sendFollowing(next); };
+    session.drop(perform);
+    inLogin = true;
+    if (session.lost() >= kMostLostLogins)
+    {
+        refusal = failedLogin;
+        return false;
+    }
+    const Exchange answer = session.open(sessionsPath, option, perform);
     if (!session.active())
     {
+        failedLogin = answer;
         const bool telling = answer.fault != TransportFault::None || answer.status == 401 || answer.status == 403 ||
                              isBusy(answer.status);
+        inLogin = telling;
         refusal = telling ? answer : refusal;
         sessionsTaken = isBusy(answer.status);
         return false;
     }
+    inLogin = false;
     ++sessionsOpened;
     KORVAN_LOG(3, kSource) << target << ": logged in with a session";
     return true;
@@ -170,12 +187,34 @@ Exchange Client::State::sendLoggedIn(const Request& request)
         bare.token = session.token();
         return bare;
     };
+    inLogin = false;
     Exchange answer = sendFollowing(withLogin(request));
     if (answer.fault == TransportFault::None && answer.status == 401 && logIn(answer))
     {
         answer = sendFollowing(withLogin(request));
     }
     return answer;
+}
+
+// Some services know a resource only with a slash at the end of its path; the first that is missing without tells.
+Exchange Client::State::sendWithSlash(Request request)
+{
+    const bool plain = request.path.back() != '/' && request.path.find('?') == std::string::npos;
+    if (slashWanted && plain)
+    {
+        request.path += '/';
+        return sendLoggedIn(request);
+    }
+    Exchange answer = sendLoggedIn(request);
+    if (answer.fault != TransportFault::None || answer.status != 404 || !plain || slashTried)
+    {
+        return answer;
+    }
+    slashTried = true;
+    request.path += '/';
+    Exchange second = sendLoggedIn(request);
+    slashWanted = second.fault == TransportFault::None && second.status >= 200 && second.status <= 299;
+    return slashWanted ? second : answer;
 }
 
 // Decides whether the request is worth another try, and waits for its time.
@@ -185,7 +224,7 @@ bool Client::State::retryAfter(const Exchange& answer, int attempt, Request& req
     // A service that never answered is not there; one that did may be restarting.
     const bool gone = answer.fault == TransportFault::Unreachable && answered;
     const bool busy = answer.fault == TransportFault::None && isBusy(answer.status);
-    if (attempt >= limits.retries || !(cut || gone || busy))
+    if (attempt >= limits.retries || !(cut || gone || busy) || session.lost() >= kMostLostLogins)
     {
         return false;
     }
@@ -207,8 +246,9 @@ bool Client::State::retryAfter(const Exchange& answer, int attempt, Request& req
     return waitFor(wait);
 }
 
-Reply Client::State::replyTo(const Exchange& answer, const std::string& stage) const
+Reply Client::State::replyTo(const Exchange& answer, const std::string& requestStage) const
 {
+    const std::string stage = inLogin ? "logging in at " + sessionsPath : requestStage;
     if (answer.fault == TransportFault::TimeLimit && ranOut)
     {
         return deadlineFailure(target, stage);
@@ -241,7 +281,7 @@ Reply Client::State::get(const std::string& path, const std::string& stage, std:
         {
             return interruptedFailure(target, stage);
         }
-        answer = sendLoggedIn(request);
+        answer = sendWithSlash(request);
         if (!retryAfter(answer, attempt, request))
         {
             break;
@@ -263,7 +303,8 @@ void Client::State::judge(const Reply& reply)
     const bool lost = reply.fault == Fault::TimeLimit || reply.fault == Fault::Unreachable;
     const bool busy = reply.fault == Fault::Busy;
     strikes = lost || busy ? strikes + 1 : 0;
-    const bool givenUp = (lost && (ranOut || !answered)) || (busy && sessionsTaken) || strikes >= kStrikes;
+    const bool loginLost = inLogin && (session.lost() >= kMostLostLogins || reply.fault == Fault::TimeLimit);
+    const bool givenUp = loginLost || (lost && (ranOut || !answered)) || (busy && sessionsTaken) || strikes >= kStrikes;
     if (isFinal(reply.fault) || givenUp)
     {
         final = reply;

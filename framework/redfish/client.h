@@ -14,12 +14,12 @@ namespace redfish
 {
 class Transport;
 
-// Bounds of one client. The limits of connect time and of the target as a whole come from the connection's option.
+// Bounds of one client. The limits of connecting, of one request and of the target as a whole
+// come from the connection's option.
 struct ClientLimits
 {
-    std::chrono::milliseconds requestTime{120000}; // slow controllers need minutes for one inventory
-    std::chrono::milliseconds backOff{1000};       // before the first retry; doubles with each
-    std::chrono::milliseconds longestWait{30000};  // of the back-off; a Retry-After counts as it is
+    std::chrono::milliseconds backOff{1000};      // before the first retry; doubles with each
+    std::chrono::milliseconds longestWait{30000}; // of the back-off; a Retry-After counts as it is
     int retries = 3;
     int redirects = 4;
     std::size_t largestBody = std::size_t{16} * 1024 * 1024; // bytes, decoded

@@ -18,7 +18,7 @@ auto settings(const ConnectOption& option)
 {
     return std::tie(option.scheme, option.host, option.port, option.user, option.password, option.caCert,
                     option.checkTrust, option.knownControllers, option.trustOnFirstUse, option.fingerprint,
-                    option.oldTls, option.connectTimeout, option.targetTimeout);
+                    option.oldTls, option.connectTimeout, option.requestTimeout, option.targetTimeout);
 }
 } // namespace
 

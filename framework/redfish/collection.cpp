@@ -72,7 +72,7 @@ class CollectionReader
             page = linkOf(member(document, "Members@odata.nextLink"));
             first = false;
         }
-        return failure_;
+        return failure_.ok() && !taken_ ? missing_ : failure_;
     }
 
   private:
@@ -127,19 +127,19 @@ class CollectionReader
     {
         if (isResource(entry))
         {
+            taken_ = true;
             return take_(entry);
         }
         nlohmann::json resource;
         const Reply reply = client_.getJson(link, resource);
         if (reply.ok())
         {
+            taken_ = true;
             return take_(resource);
         }
         KORVAN_LOG(2, kSource) << reply.result.messageText();
-        if (reply.fault != Fault::Missing && failure_.ok())
-        {
-            failure_ = reply;
-        }
+        Reply& kept = reply.fault == Fault::Missing ? missing_ : failure_;
+        kept = kept.ok() ? reply : kept;
         return client_.usable();
     }
 
@@ -149,6 +149,8 @@ class CollectionReader
     std::set<std::string> pages_;
     std::set<std::string> seen_;
     Reply failure_;
+    Reply missing_; // the first member that the service does not have
+    bool taken_ = false;
     bool more_ = true;
 };
 } // namespace

@@ -31,7 +31,8 @@ class Expansion
 // member that is only a reference is fetched. Repeated members and pages are read once; "Members@odata.count" is not
 // believed. A member that is gone or not readable does not end the reading.
 //
-// Returns the first failure, or ok. A collection that the service does not have gives Fault::Missing.
+// Returns the first failure, or ok. A collection that the service does not have gives Fault::Missing, and so does one none
+// of whose members it has.
 Reply readCollection(Client& client, const std::string& path, Expansion& expansion,
                      const std::function<bool(const nlohmann::json& resource)>& take);
 } // namespace redfish

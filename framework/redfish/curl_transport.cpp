@@ -16,8 +16,7 @@ namespace redfish
 {
 namespace
 {
-constexpr std::chrono::seconds kFinishTime{5}; // after an interrupt, for what should not be broken off
-constexpr int kPollMilliseconds = 100;         // how long an interrupt may go unnoticed
+constexpr int kPollMilliseconds = 100; // how long an interrupt may go unnoticed
 constexpr long kIdleSecondsOfConnection = 60;
 constexpr curl_off_t kLongestRetryAfter = 86400; // seconds
 
@@ -97,6 +96,10 @@ std::size_t takeHeader(char* data, std::size_t size, std::size_t count, void* us
 {
     auto* receiver = static_cast<Receiver*>(user);
     const std::string line(data, size * count);
+    if (line.empty() || line.back() != '\n')
+    {
+        return size * count; // broken off amid a line
+    }
     if (text::startsWith(line, "HTTP/"))
     {
         // An interim answer (100 Continue) came before this one; nothing of it counts.
@@ -427,23 +430,25 @@ Exchange CurlTransport::perform(const Request& request)
     long status = 0;
     long connections = 0;
     curl_off_t microseconds = 0;
+    curl_off_t beforeRequest = 0;
     curl_off_t retryAfter = 0;
     curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
     curl_easy_getinfo(easy, CURLINFO_NUM_CONNECTS, &connections);
     curl_easy_getinfo(easy, CURLINFO_TOTAL_TIME_T, &microseconds);
+    curl_easy_getinfo(easy, CURLINFO_PRETRANSFER_TIME_T, &beforeRequest);
     curl_easy_getinfo(easy, CURLINFO_RETRY_AFTER, &retryAfter);
     curl_slist_free_all(headers);
 
     exchange.fault = faultOf(code, receiver);
     exchange.status = static_cast<int>(status);
     exchange.reusedConnection = connections == 0;
+    exchange.connected = beforeRequest > 0;
     exchange.duration = std::chrono::milliseconds(microseconds / 1000);
     exchange.retryAfter = std::chrono::seconds(std::clamp<curl_off_t>(retryAfter, 0, kLongestRetryAfter));
     if (exchange.fault != TransportFault::None)
     {
         exchange.detail = state_->errorText[0] != '\0' ? state_->errorText : curl_easy_strerror(code);
         exchange.refusal = state_->controllerTrust.refusal();
-        return exchange;
     }
     resolveLocation(url, receiver.rawLocation, exchange);
     return exchange;

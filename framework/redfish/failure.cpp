@@ -49,8 +49,11 @@ Reply transportFailure(const Exchange& exchange, const std::string& target, cons
     case TransportFault::TimeLimit:
         return failure(Fault::TimeLimit, result_code::kTimeout, 0, target, stage,
                        "no answer within the time limit" + detail +
-                           "; check the address and whether the controller is overloaded, or give it more time to "
-                           "connect with --connect-timeout.");
+                           (exchange.connected
+                                ? "; check whether the controller is overloaded, or give it more time for one request "
+                                  "with --request-timeout."
+                                : "; check the address and whether the controller is overloaded, or give it more time "
+                                  "to connect with --connect-timeout."));
     case TransportFault::NameNotFound:
         return failure(Fault::Unreachable, result_code::kConnectionFailed, 0, target, stage,
                        "the host name is not known" + detail + "; check the target's address.");

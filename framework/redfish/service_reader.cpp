@@ -5,6 +5,7 @@
 #include "redfish/json.h"
 #include "redfish/machine_type.h"
 #include "redfish/slots.h"
+#include "result_codes.h"
 #include "text/text.h"
 #include "xmodule_log.h"
 
@@ -38,6 +39,21 @@ class Outcome
         if (reply.fault != Fault::Missing)
         {
             add(reply);
+        }
+    }
+
+    // A service that has no such inventory, or an empty one, is not broken; but what is compared then must be said.
+    void addNoFirmware(const Client& client, const std::string& path)
+    {
+        KorvanResult result(result_code::kRestDataUnreadable,
+                            client.target() + ": the service has no firmware inventory" +
+                                (path.empty() ? "" : " under " + text::visible(path)) +
+                                "; firmware packages are shown as if it had no device for them.");
+        KORVAN_LOG(2, kSource) << result.messageText();
+        if (first_.ok())
+        {
+            first_.fault = Fault::Missing;
+            first_.result = result;
         }
     }
 
@@ -282,10 +298,15 @@ KorvanResult readItems(Client& client, ServiceRoot& root, const Progress& progre
         // Compared without any firmware, all devices would seem to be missing.
         return outcome.result();
     }
+    const bool noFirmware = entries.empty();
     tell(progress, 55, "Reading software");
     if (withoutEndSlash(software) != withoutEndSlash(firmware))
     {
         readInventory(client, root, software, InventoryKind::Software, entries, outcome);
+    }
+    if (noFirmware && !entries.empty())
+    {
+        outcome.addNoFirmware(client, firmware);
     }
     const std::vector<InventoryEntry> kept = installedOnly(entries);
     SlotFinder slots(client, root.chassis);

@@ -1,21 +1,23 @@
 #include "redfish/session.h"
 
-#include "redfish/client.h"
 #include "redfish/json.h"
+#include "target_run/target_run.h"
 #include "xmodule_log.h"
 
 #include <nlohmann/json.hpp>
 
-#include <chrono>
 #include <thread>
 
 namespace redfish
 {
 namespace
 {
+using Clock = std::chrono::steady_clock;
+
 constexpr char kSource[] = "framework/redfish/session";
 constexpr int kDeletionRetries = 3;
 constexpr std::chrono::milliseconds kDeletionPause{500};
+constexpr std::chrono::seconds kClockStep{2}; // both ends of a span in the service's whole seconds
 
 std::string loginBody(const ConnectOption& option)
 {
@@ -33,21 +35,39 @@ bool isPassing(const Exchange& answer)
            (answer.status >= 500 && answer.status != 501);
 }
 
-// A request of a session that ends, also after an interrupt.
-Request farewell(const std::string& method, const std::string& path, const std::string& token)
+bool holdsToken(const Exchange& answer)
 {
-    Request request;
-    request.method = method;
-    request.path = path;
-    request.login = Login::Token;
-    request.token = token;
-    request.interruptUse = InterruptUse::Ignore;
-    return request;
+    return answer.status >= 200 && answer.status <= 299 && !answer.token.empty();
 }
 
-bool isOk(const Exchange& answer)
+// The service may have opened a session, and what came back does not tell.
+bool isLost(const Exchange& answer)
 {
-    return answer.fault == TransportFault::None && answer.status >= 200 && answer.status <= 299;
+    return answer.fault != TransportFault::None && answer.connected;
+}
+
+Exchange deleted(const std::string& location, const std::string& token, const Perform& perform)
+{
+    Exchange answer = perform(farewell("DELETE", location, token));
+    for (int attempt = 0; attempt < kDeletionRetries && !isOk(answer) && isPassing(answer); ++attempt)
+    {
+        std::this_thread::sleep_for(kDeletionPause);
+        answer = perform(farewell("DELETE", location, token));
+    }
+    return answer;
+}
+
+void tellOfLeftSession(const std::string& target, const std::string& why)
+{
+    const std::string text = "a session may be left on the controller: " + why +
+                             "; it ends by its own time limit, or delete it in the controller's interface";
+    KORVAN_LOG(2, kSource) << target << ": " << text;
+    target_run::remark(text);
+}
+
+std::string whyOf(const Exchange& answer)
+{
+    return answer.fault == TransportFault::None ? "HTTP status " + std::to_string(answer.status) : answer.detail;
 }
 } // namespace
 
@@ -58,6 +78,7 @@ Exchange Session::open(const std::string& collection, const ConnectOption& optio
     request.path = collection;
     request.body = loginBody(option);
     request.interruptUse = InterruptUse::Finish;
+    const Clock::time_point begin = Clock::now();
     Exchange answer = perform(request);
     const bool wantsBasic = answer.authenticate.find("basic") != std::string::npos;
     if (answer.fault == TransportFault::None && answer.status == 401 && wantsBasic)
@@ -65,8 +86,13 @@ Exchange Session::open(const std::string& collection, const ConnectOption& optio
         request.login = Login::Basic;
         answer = perform(request);
     }
-    if (!isOk(answer) || answer.token.empty())
+    if (!holdsToken(answer))
     {
+        if (isLost(answer))
+        {
+            ++lost_;
+            firstLost_ = firstLost_.value_or(begin);
+        }
         return answer;
     }
     collection_ = collection;
@@ -79,67 +105,66 @@ Exchange Session::open(const std::string& collection, const ConnectOption& optio
     {
         location_ = linkOf(&document);
     }
+    if (location_.empty() || firstLost_)
+    {
+        find(perform);
+    }
     return answer;
 }
 
-// Some services do not say where the new session is. It is the one of this user, when there is only one; among
-// several it cannot be told from those of other programs.
-std::string Session::searched(const Perform& perform) const
+// Some services do not say where the new session is: it is this user's newest, when that can be told. A session that a
+// lost login has left is one that the same client opened since.
+void Session::find(const Perform& perform)
 {
-    constexpr std::size_t mostSessions = 32;
-    nlohmann::json sessions;
-    std::string reason;
-    const Exchange answer = perform(farewell("GET", collection_, token_));
-    if (!isOk(answer) || !parseJson(answer.body, sessions, reason))
+    const std::vector<ListedSession> sessions = sessionsOf(user_, collection_, token_, perform);
+    const ListedSession* const own = location_.empty() ? newest(sessions) : nullptr;
+    location_ = own != nullptr ? own->path : location_;
+    if (!firstLost_)
     {
-        return std::string();
+        return;
     }
-    const std::vector<std::string> links = linksOf(member(sessions, "Members"));
-    std::vector<std::string> own;
-    for (std::size_t i = 0; i < links.size() && links.size() <= mostSessions; ++i)
+    const auto span = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - *firstLost_) + kClockStep;
+    int cleaned = 0;
+    for (const std::string& left : openedBefore(location_, span, sessions))
     {
-        nlohmann::json session;
-        const std::string path = requestPath(links[i]);
-        const Exchange entry = path.empty() ? Exchange() : perform(farewell("GET", path, token_));
-        if (!isOk(entry) || !parseJson(entry.body, session, reason))
-        {
-            return std::string();
-        }
-        if (textAt(session, "UserName") == user_)
-        {
-            own.push_back(path);
-        }
+        cleaned += isOk(deleted(left, token_, perform)) ? 1 : 0;
     }
-    return own.size() == 1 ? own.front() : std::string();
+    if (cleaned > 0)
+    {
+        lost_ = 0;
+        firstLost_.reset();
+    }
 }
 
 void Session::close(const std::string& target, const Perform& perform)
 {
+    if (lost_ > 0)
+    {
+        tellOfLeftSession(target, "the answer to a login was lost");
+    }
     if (!active())
     {
         return;
     }
-    if (location_.empty())
-    {
-        location_ = searched(perform);
-    }
     if (location_.empty() || location_.front() != '/')
     {
-        KORVAN_LOG(2, kSource) << target
-                               << ": the service does not tell which session is this one; it ends by its time limit";
+        tellOfLeftSession(target, "the service does not tell which one is this program's");
         forget();
         return;
     }
-    Exchange answer = perform(farewell("DELETE", location_, token_));
-    for (int attempt = 0; attempt < kDeletionRetries && !isOk(answer) && isPassing(answer); ++attempt)
-    {
-        std::this_thread::sleep_for(kDeletionPause);
-        answer = perform(farewell("DELETE", location_, token_));
-    }
+    const Exchange answer = deleted(location_, token_, perform);
     if (!isOk(answer))
     {
-        KORVAN_LOG(2, kSource) << target << ": the session could not be deleted (HTTP status " << answer.status << " "
-                               << answer.detail << ")";
+        tellOfLeftSession(target, "it could not be deleted (" + whyOf(answer) + ")");
+    }
+    forget();
+}
+
+void Session::drop(const Perform& perform)
+{
+    if (active() && !location_.empty() && location_.front() == '/')
+    {
+        perform(farewell("DELETE", location_, token_));
     }
     forget();
 }

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "connect_option.h"
-#include "redfish/transport.h"
+#include "redfish/session_search.h"
 
-#include <functional>
+#include <chrono>
+#include <optional>
 #include <string>
 
 namespace redfish
@@ -13,27 +14,33 @@ namespace redfish
 class Session
 {
   public:
-    // Performs one request with the time limits set; redirects are followed.
-    using Perform = std::function<Exchange(const Request& request)>;
-
-    // Logs in at the collection. The exchange tells why it failed; `active` says whether it worked.
+    // Logs in at the collection. The exchange tells why it failed; `active` says whether it worked: it did as soon as the
+    // token has arrived, whatever became of the rest of the answer. After a lost login, the next one that works also
+    // deletes the session that the lost one has left.
     Exchange open(const std::string& collection, const ConnectOption& option, const Perform& perform);
 
-    // Deletes the session when there is one; a failure is logged.
+    // Deletes the session when there is one; a failure is logged and told as a remark on the target.
     void close(const std::string& target, const Perform& perform);
 
-    // Forgets a session that the service has ended by itself.
-    void forget();
+    // As close, for a session that the service seems to have ended by itself: nothing is said.
+    void drop(const Perform& perform);
 
     bool active() const { return !token_.empty(); }
     const std::string& token() const { return token_; }
 
+    // Logins whose answer broke off before the token: the service may hold a session that nobody knows.
+    int lost() const { return lost_; }
+
   private:
-    std::string searched(const Perform& perform) const;
+    void find(const Perform& perform);
+    void forget();
 
     std::string collection_;
     std::string user_;
     std::string token_;
     std::string location_;
+    int lost_ = 0;
+    std::optional<std::chrono::steady_clock::time_point>
+        firstLost_; // when the first lost login began, until it is cleaned
 };
 } // namespace redfish

@@ -56,7 +56,11 @@ enum class TransportFault
     Malformed, // no HTTP answer, or one that cannot be decoded
 };
 
-// What came back. `fault` None means that a whole HTTP answer arrived, whatever its status.
+// How long a login may still take when its target's time is over or the user has interrupted the run.
+constexpr std::chrono::seconds kFinishTime{15};
+
+// What came back. `fault` None means that a whole HTTP answer arrived, whatever its status. With another fault the fields
+// hold what had arrived until then; each header counts only when its line was whole.
 struct Exchange
 {
     TransportFault fault = TransportFault::None;
@@ -70,6 +74,7 @@ struct Exchange
     std::string authenticate;    // WWW-Authenticate, lower case
     std::chrono::seconds retryAfter{0};
     bool reusedConnection = false;
+    bool connected = false; // the connection stood, so that the service may have got the request
     std::chrono::milliseconds duration{0};
 };
 

@@ -18,6 +18,9 @@ class Scope
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
 
+    // Lets go of what is kept, which may make further remarks.
+    void release() { keepsake_.reset(); }
+
     // The remarks made on this thread since the scope began, in their order, each once.
     std::vector<std::string> remarks() const { return remarks_; }
 

@@ -41,7 +41,7 @@ std::string complaint(const std::vector<std::string>& words)
 TEST(CommandLine, FillsTheContext)
 {
     const CommandLine line = parse(
-        {"--bmc", "h", "--output=o", "--parallel", "3", "--connect-timeout=4", "--target-timeout=5", "--log", "4"});
+        {"--bmc", "h", "--output=o", "--parallel", "3", "--connect-timeout=4", "--request-timeout=6", "--target-timeout=5", "--log", "4"});
     ASSERT_EQ(line.outcome, CommandLine::Outcome::Run) << line.text;
     EXPECT_EQ(line.context.programPath, "korvan");
     EXPECT_EQ(line.context.command, "update");
@@ -51,6 +51,7 @@ TEST(CommandLine, FillsTheContext)
     EXPECT_EQ(line.context.outputDir, "o");
     EXPECT_EQ(line.context.parallel, 3);
     EXPECT_EQ(line.context.connectTimeout, 4);
+    EXPECT_EQ(line.context.requestTimeout, 6);
     EXPECT_EQ(line.context.targetTimeout, 5);
     EXPECT_EQ(line.context.options.at("log"), "4");
 }
@@ -62,6 +63,7 @@ TEST(CommandLine, HasDefaults)
     EXPECT_TRUE(line.context.options.empty());
     EXPECT_EQ(line.context.parallel, 16);
     EXPECT_EQ(line.context.connectTimeout, 20);
+    EXPECT_EQ(line.context.requestTimeout, 120);
     EXPECT_EQ(line.context.targetTimeout, 900);
 }
 

@@ -164,15 +164,55 @@ TEST_F(ServiceReaderTest, TakesNoneOfACollectionThatIsTooLargeToBeTrue)
 
 TEST_F(ServiceReaderTest, ACollectionMayBeMissingOrHaveNoMembers)
 {
+    service_.resources.erase("/u/s");
+    EXPECT_TRUE(readItems().succeeded());
+    EXPECT_EQ("A B ", ids());
     put("/u/f", R"({"Name": "empty"})");
     EXPECT_TRUE(readItems().succeeded());
     EXPECT_EQ("", ids());
-    service_.resources.erase("/u/f");
+}
+
+TEST_F(ServiceReaderTest, TellsThatOnlySoftwareIsThere)
+{
     put("/u/s", R"({"Members": [{"@odata.id": "/u/s/x"}]})");
     put("/u/s/x", R"({"Id": "X"})");
+    const auto expectTold = [this](const char* how)
+    {
+        const KorvanResult result = readItems();
+        EXPECT_EQ(60U, result.number()) << how;
+        EXPECT_THAT(result.messageText(), testing::HasSubstr("the service has no firmware inventory under /u/f")) << how;
+        EXPECT_EQ("X ", ids()) << how;
+        EXPECT_EQ("Software", items_.front().category) << how;
+    };
+    service_.resources.erase("/u/f/a");
+    service_.resources.erase("/u/f/b");
+    expectTold("no member is there");
+    put("/u/f", R"({"Members": null})");
+    expectTold("no members");
+    service_.resources.erase("/u/f");
+    expectTold("no collection");
+}
+
+TEST_F(ServiceReaderTest, ASystemThatIsNotThereIsTheReasonForHavingNoMachineType)
+{
+    service_.resources.erase("/s/1");
+    const KorvanResult result = identify();
+    EXPECT_EQ(60U, result.number());
+    EXPECT_THAT(result.messageText(), testing::HasSubstr("reading /s/1: the service does not have it"));
+}
+
+TEST_F(ServiceReaderTest, AsksWithASlashWhereTheServiceWantsOne)
+{
+    const std::map<std::string, std::string> plain = service_.resources;
+    service_.resources.clear();
+    for (const auto& [path, json] : plain)
+    {
+        service_.resources[path.back() == '/' ? path : path + "/"] = json;
+    }
     EXPECT_TRUE(readItems().succeeded());
-    EXPECT_EQ("X ", ids());
-    EXPECT_EQ("Software", items_.front().category);
+    EXPECT_EQ("A B ", ids());
+    EXPECT_EQ(1U, service_.count("GET", "/u")) << "once is enough to know";
+    EXPECT_EQ(0U, service_.count("GET", "/u/f"));
 }
 
 TEST_F(ServiceReaderTest, ExpandsOnlyWhereThatIsAdvertised)
