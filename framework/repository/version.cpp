@@ -73,8 +73,8 @@ bool sameShape(const VersionParts& left, const VersionParts& right)
     return family.size() < 2 || family == right.front().value;
 }
 
-// Numbers, then stage, then what follows. Stages are told apart only for equally many numbers: 1.2-rc1 comes before 1.2,
-// but were it called older than 1.2.0 too, it would have to be older than 1.2.0.1, which cannot be ordered with 1.2.
+// Numbers, then stage, then what follows. Stages are told apart only for equally many numbers: were 1.2-rc1 older than
+// 1.2.0, it would have to be older than 1.2.1 too, which cannot be ordered with 1.2.
 VersionOrder compareStaged(const StagedVersion& left, const StagedVersion& right)
 {
     const VersionOrder byNumbers = compareVersionParts(left.numbers, right.numbers);

@@ -189,4 +189,20 @@ VersionOrder compareVersionDates(const VersionDate& left, const VersionDate& rig
     const VersionOrder byDayFirst = compareReadings(left.dayFirst, right.dayFirst);
     return byMonthFirst == byDayFirst ? byMonthFirst : VersionOrder::NotComparable;
 }
+
+bool isCalendarDay(const std::string& text)
+{
+    static const std::array<int, 12> kDays{31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const std::vector<std::string> piece = text::split(text, '-');
+    if (piece.size() != 3 || yearOf(piece[0]) == kNoNumber || !isNumber(piece[1], 2, 2) || !isNumber(piece[2], 2, 2))
+    {
+        return false;
+    }
+    const int year = yearOf(piece[0]);
+    const int month = dayOrMonth(piece[1], 12);
+    const int day = dayOrMonth(piece[2], 31);
+    const bool leapYear = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    return month != kNoNumber && day != kNoNumber && day <= kDays[static_cast<std::size_t>(month) - 1] &&
+           !(month == 2 && day == 29 && !leapYear);
+}
 } // namespace repository

@@ -34,4 +34,7 @@ VersionDate readVersionDate(const std::string& version);
 
 // Newer or older only when both readings say so. Neither is NoDate.
 VersionOrder compareVersionDates(const VersionDate& left, const VersionDate& right);
+
+// Whether the text is a day of the calendar, written YYYY-MM-DD.
+bool isCalendarDay(const std::string& text);
 } // namespace repository
