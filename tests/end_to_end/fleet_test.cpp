@@ -126,6 +126,12 @@ TEST_F(Fleet, ComparesASavedScanAndQueryAsTheLiveRun)
     EXPECT_EQ(outcome.exitStatus, 0) << outcome.out;
     EXPECT_EQ(readFile(tree_.file(folderOfRun + "Korvan-update-compare.xml")), live);
     EXPECT_NE(live, "");
+    EXPECT_THAT(outcome.err, Not(HasSubstr("warning")));
+    const ProcessOutcome warned = compare({"--config", targetList({"rack-a"}), "--scanxml", "scan.xml", "--queryxml",
+                                           "query.xml", "--excludeid", "krv_fw_pmx3_5.10_platform"});
+    EXPECT_EQ(warned.exitStatus, 0) << warned.out;
+    EXPECT_THAT(warned.err, HasSubstr("korvan: warning: --queryxml takes"));
+    EXPECT_EQ(readFile(tree_.file(folderOfRun + "Korvan-update-compare.xml")), live);
 }
 
 TEST_F(Fleet, SaysOnceForAllTargetsWhichIdsNoPackageHas)
