@@ -6,6 +6,7 @@
 #include "explain_command.h"
 #include "list_command.h"
 #include "module_run.h"
+#include "option_warnings.h"
 #include "repository_command.h"
 #include "signals.h"
 
@@ -64,6 +65,10 @@ int runCompare(const Words& words)
         return exit_status::kInvalidParameter;
     case CommandLine::Outcome::Run:
         break;
+    }
+    for (const std::string& warning : optionWarnings(line.context))
+    {
+        console::complain("warning: " + warning);
     }
     return runModule(kCompareModule, line.context);
 }

@@ -204,7 +204,7 @@ std::string machineTypeOf(const std::vector<Chassis>& chassis, std::string& mode
 {
     for (const Chassis& one : chassis)
     {
-        std::string found = redfish::firstMachineType({one.sku, one.model, one.partNumber});
+        std::string found = redfish::firstMachineType(redfish::standardCandidates(one.sku, one.model, one.partNumber));
         if (!found.empty())
         {
             model = one.model;

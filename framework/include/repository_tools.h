@@ -35,8 +35,8 @@ struct CheckReport
 };
 
 // Looks for everything that is wrong with the repository of a directory: descriptors, payloads with their sizes and
-// SHA-256 digests, update ids that are named and do not exist. Payloads are read whole. 0 also when there are problems;
-// 38 when the directory cannot be read, 47 when the user interrupts.
+// SHA-256 digests, release dates, update ids that are named and do not exist or lead in a circle. Payloads are read whole.
+// 0 also when there are problems; 38 when the directory cannot be read, 47 when the user interrupts.
 KORVAN_FRAMEWORK_EXPORT KorvanResult CheckRepository(const std::string& directory, CheckReport& report);
 
 struct ListedPackage

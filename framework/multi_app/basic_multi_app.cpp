@@ -12,6 +12,7 @@
 #include "multi_app/target_task.h"
 #include "option_names.h"
 #include "result_codes.h"
+#include "target_run/target_run.h"
 #include "text/text.h"
 #include "xmodule_log.h"
 
@@ -100,6 +101,15 @@ void layInTarget(UserContext& context, const nova::ServerInfo& server)
         context.options[option::kOldTls] = "";
     }
 }
+
+void warnOfRun()
+{
+    for (const std::string& remark : target_run::takeRunRemarks())
+    {
+        KORVAN_LOG(2, kSource) << text::visible(remark);
+        std::cerr << "korvan: warning: " + text::visible(remark) + "\n" << std::flush;
+    }
+}
 } // namespace
 
 BasicMultiApp::BasicMultiApp() = default;
@@ -161,6 +171,7 @@ KorvanResult BasicMultiApp::Running()
     {
         return KorvanResult(result_code::kInternalError, "the run was not initialized");
     }
+    target_run::takeRunRemarks(); // those of a run that broke off
     std::map<std::string, KorvanResult> results;
     {
         RunProgress progress(configure_->targets.size());
@@ -189,6 +200,7 @@ KorvanResult BasicMultiApp::Running()
         std::cerr << "korvan: " + text::visible(failure) + "\n" << std::flush;
     }
     std::cout << std::flush;
+    warnOfRun();
     const KorvanResult summary = SummarizeResult(results);
     // A run whose report is missing is no success, whatever its targets say.
     return summary.succeeded() && !failure.empty() ? KorvanResult(result_code::kInternalError, failure) : summary;

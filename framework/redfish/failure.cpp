@@ -25,6 +25,13 @@ std::string inBrackets(const std::string& detail)
     return detail.empty() ? std::string() : " (" + detail + ")";
 }
 
+// For transfers that libcurl judges alone: its words are all that is known of the certificate.
+std::string certificateAdvice(const std::string& detail)
+{
+    const bool expired = text::toLower(detail).find("expired") != std::string::npos;
+    return expired ? "renew it on the controller" : "give the issuer's certificate with --cacert";
+}
+
 std::string messageIdOf(const Exchange& exchange)
 {
     nlohmann::json document;
@@ -64,8 +71,8 @@ Reply transportFailure(const Exchange& exchange, const std::string& target, cons
                            "the service's certificate is not trusted: " + exchange.refusal + ".");
         }
         return failure(Fault::Certificate, result_code::kCertificateNotTrusted, 0, target, stage,
-                       "the service's certificate is not trusted" + detail +
-                           "; give the issuer's certificate with --cacert, or --never-check-trust to accept any.");
+                       "the service's certificate is not trusted" + detail + "; " + certificateAdvice(exchange.detail) +
+                           ", or --never-check-trust to accept any.");
     case TransportFault::CaFile:
         return failure(Fault::Certificate, result_code::kCertificateNotTrusted, 0, target, stage,
                        "the certificate file " + caCert + " cannot be used" + detail +

@@ -133,12 +133,16 @@ void addVendorFields(const nlohmann::json& vendor, int depth, std::vector<std::s
     }
 }
 
-void addStandardFields(const nlohmann::json& resource, std::vector<std::string>& candidates)
+// A machine type without anything that could be a serial number or service tag.
+bool isPlainMachineType(const std::string& value)
 {
-    for (const char* name : {"SKU", "Model", "PartNumber"})
-    {
-        candidates.push_back(textAt(resource, name));
-    }
+    const std::string folded = text::toUpper(text::trim(value));
+    return isMachineType(folded) || !bracketed(folded).empty();
+}
+
+std::vector<std::string> standardFields(const nlohmann::json& resource)
+{
+    return standardCandidates(textAt(resource, "SKU"), textAt(resource, "Model"), textAt(resource, "PartNumber"));
 }
 } // namespace
 
@@ -211,6 +215,16 @@ std::string firstMachineType(const std::vector<std::string>& candidates)
     return std::string();
 }
 
+std::vector<std::string> standardCandidates(const std::string& sku, const std::string& model,
+                                            const std::string& partNumber)
+{
+    if (isPlainMachineType(sku))
+    {
+        return {sku, model, partNumber};
+    }
+    return {model, sku, partNumber}; // that SKU may be a service tag
+}
+
 std::vector<std::string> systemCandidates(const nlohmann::json& system)
 {
     std::vector<std::string> candidates;
@@ -219,15 +233,14 @@ std::vector<std::string> systemCandidates(const nlohmann::json& system)
     {
         addVendorFields(*oem, 2, candidates);
     }
-    addStandardFields(system, candidates);
+    const std::vector<std::string> standard = standardFields(system);
+    candidates.insert(candidates.end(), standard.begin(), standard.end());
     return candidates;
 }
 
 std::vector<std::string> chassisCandidates(const nlohmann::json& chassis)
 {
-    std::vector<std::string> candidates;
-    addStandardFields(chassis, candidates);
-    return candidates;
+    return standardFields(chassis);
 }
 
 std::string bmcTypeOf(const nlohmann::json& manager)

@@ -11,6 +11,8 @@
 //   1. vendor fields of the system (Oem.*, one or two levels down) whose name says sub-model or machine type,
 //   2. SKU, Model and PartNumber of the system,
 //   3. SKU, Model and PartNumber of the chassis.
+// An SKU that is neither a machine type by itself nor holds one in square brackets comes behind Model: some services put a
+// service tag there, which can begin like a model code or hold a word like a machine type.
 // The first candidate that yields one counts. A candidate yields one when, after trimming, it
 //   - is a machine type by itself; letter case is folded; a run of four digits counts unless it is a filler,
 //   - is a model code of ten characters that begins with one and holds letters ("7Y41CTO1WW"),
@@ -25,6 +27,10 @@ std::string machineTypeOf(const std::string& candidate);
 
 // The first machine type in a list of candidates, or empty.
 std::string firstMachineType(const std::vector<std::string>& candidates);
+
+// What protocols of all kinds say of a system or chassis, in the order above.
+std::vector<std::string> standardCandidates(const std::string& sku, const std::string& model,
+                                            const std::string& partNumber);
 
 // Texts of a ComputerSystem resource that may carry the machine type, the most telling first.
 std::vector<std::string> systemCandidates(const nlohmann::json& system);

@@ -4,7 +4,9 @@
 #include "repository/package_fields.h"
 #include "repository/payload_check.h"
 #include "repository/repository.h"
+#include "repository/repository_circles.h"
 #include "repository/repository_walk.h"
+#include "repository/version_dates.h"
 #include "repository/xml_text.h"
 #include "text/text.h"
 
@@ -108,6 +110,7 @@ class Checker
         for (const Entry<PackageInfo>& package : packages_)
         {
             checkIds(package);
+            checkReleaseDate(package.file, package.content.releaseDate);
             if (!checkPayload(package))
             {
                 return KorvanResult(repository::kInterruptedNumber);
@@ -116,7 +119,9 @@ class Checker
         for (const Entry<repository::Velpak>& velpak : velpaks_)
         {
             checkPack(velpak);
+            checkReleaseDate(velpak.file, velpak.content.releaseDate);
         }
+        checkCircles();
         if (packages_.empty())
         {
             add(std::string(), 0, Severity::Warning, "the folder holds no package that counts");
@@ -169,6 +174,31 @@ class Checker
                             (itself ? ", is the package's own" : ", is not in the repository"));
                 }
             }
+        }
+    }
+
+    void checkReleaseDate(const std::string& file, const std::string& date)
+    {
+        if (!date.empty() && !repository::isCalendarDay(date))
+        {
+            add(file, linesOf(file).of("RELEASEDATE"), Severity::Error,
+                "<RELEASEDATE>: \"" + text::visible(date) + "\" is no date in the form YYYY-MM-DD");
+        }
+    }
+
+    void checkCircles()
+    {
+        std::vector<const PackageInfo*> packages;
+        packages.reserve(packages_.size());
+        for (const Entry<PackageInfo>& package : packages_)
+        {
+            packages.push_back(&package.content);
+        }
+        for (const repository::Circle& circle : repository::findCircles(packages))
+        {
+            const std::string& file = packages_[circle.package].file;
+            add(file, linesOf(file).of(circle.element), circle.breaks ? Severity::Error : Severity::Warning,
+                circle.text);
         }
     }
 

@@ -1,6 +1,8 @@
 #include "target_run/target_run.h"
 
 #include <algorithm>
+#include <mutex>
+#include <utility>
 
 namespace target_run
 {
@@ -11,6 +13,26 @@ Scope*& currentScope()
 {
     thread_local Scope* scope = nullptr;
     return scope;
+}
+
+struct RunRemarks
+{
+    std::mutex mutex;
+    std::vector<std::string> texts;
+};
+
+RunRemarks& runRemarks()
+{
+    static RunRemarks instance;
+    return instance;
+}
+
+void addOnce(const std::string& text, std::vector<std::string>& texts)
+{
+    if (std::find(texts.begin(), texts.end(), text) == texts.end())
+    {
+        texts.push_back(text);
+    }
 }
 } // namespace
 
@@ -39,9 +61,21 @@ std::shared_ptr<void>* keepsake()
 void remark(const std::string& text)
 {
     Scope* const scope = currentScope();
-    if (scope != nullptr && std::find(scope->remarks_.begin(), scope->remarks_.end(), text) == scope->remarks_.end())
+    if (scope != nullptr)
     {
-        scope->remarks_.push_back(text);
+        addOnce(text, scope->remarks_);
     }
+}
+
+void remarkOnRun(const std::string& text)
+{
+    const std::lock_guard<std::mutex> lock(runRemarks().mutex);
+    addOnce(text, runRemarks().texts);
+}
+
+std::vector<std::string> takeRunRemarks()
+{
+    const std::lock_guard<std::mutex> lock(runRemarks().mutex);
+    return std::exchange(runRemarks().texts, {});
 }
 } // namespace target_run

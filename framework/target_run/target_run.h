@@ -6,7 +6,8 @@
 #include <vector>
 
 // What the framework's parts know of the target that this thread works on: when its work began, and what they found
-// that does not make it fail but that its user must hear of. Everything belongs to the calling thread.
+// that does not make it fail but that its user must hear of. Everything but the run's own remarks belongs to the calling
+// thread.
 namespace target_run
 {
 // Marks this thread as working on one target while it lives. Scopes do not nest.
@@ -39,6 +40,13 @@ std::chrono::steady_clock::time_point deadline(std::chrono::seconds targetTimeou
 
 // Keeps a text for the target's line at the end of the run. Outside of a scope it goes nowhere.
 void remark(const std::string& text);
+
+// Keeps a text for the end of the whole run: what is wrong with the options that all targets share, whichever of them shows
+// it. Any thread; each text once.
+void remarkOnRun(const std::string& text);
+
+// The run's remarks in the order they came; none are left then.
+std::vector<std::string> takeRunRemarks();
 
 // Where the Redfish client keeps itself until the work on the target ends; null outside of a scope.
 std::shared_ptr<void>* keepsake();

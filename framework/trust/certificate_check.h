@@ -7,12 +7,21 @@
 // that is.
 namespace trust
 {
+// Whether a certificate may be used today.
+enum class Validity
+{
+    Now,
+    NotYet,
+    Over,
+};
+
 // A peer's certificate amid the handshake, before anything of the request is sent.
 struct PresentedCertificate
 {
     std::string fingerprint;
-    bool verified = false; // by the trusted authorities, for this host and today
-    std::string reason;    // when it is not: the library's words
+    bool verified = false;             // by the trusted authorities, for this host and today
+    std::string reason;                // when it is not: the library's words
+    Validity validity = Validity::Now; // of itself, whatever else is wrong and whoever signed it
 };
 
 // Decides on a certificate; true trusts it. Called on the thread that drives the transfer.

@@ -54,6 +54,16 @@ bool expectHost(X509_STORE_CTX* context, const std::string& host)
     return !name.empty() && X509_VERIFY_PARAM_set1_host(parameters, name.c_str(), name.size()) == 1;
 }
 
+Validity validityOf(const X509* certificate)
+{
+    // Zero: the certificate's date cannot be read, which the verification itself complains about.
+    if (X509_cmp_current_time(X509_get0_notAfter(certificate)) < 0)
+    {
+        return Validity::Over;
+    }
+    return X509_cmp_current_time(X509_get0_notBefore(certificate)) > 0 ? Validity::NotYet : Validity::Now;
+}
+
 bool judged(X509_STORE_CTX* context, const CertificateCheck& check)
 {
     PresentedCertificate presented;
@@ -63,6 +73,7 @@ bool judged(X509_STORE_CTX* context, const CertificateCheck& check)
         return false;
     }
     presented.verified = X509_verify_cert(context) == 1;
+    presented.validity = validityOf(X509_STORE_CTX_get0_cert(context));
     presented.reason = presented.verified ? "" : X509_verify_cert_error_string(X509_STORE_CTX_get_error(context));
     return check.judge(presented);
 }

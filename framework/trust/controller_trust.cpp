@@ -30,6 +30,23 @@ void announce(const std::string& controller, const std::string& fingerprint, con
     }
     std::cerr << "korvan: " + line + "\n" << std::flush;
 }
+// An authority's word does not make a certificate valid that is out of its time; a fingerprint does not ask for the time.
+std::string adviceFor(Validity validity)
+{
+    const std::string compare =
+        "compare the fingerprint with the controller's own and trust it with " + optionText(option::kTrustOnFirstUse);
+    switch (validity)
+    {
+    case Validity::Over:
+        return "it has expired by the clock of this machine; renew it on the controller, or " + compare + " as it is";
+    case Validity::NotYet:
+        return "it is not valid yet by the clock of this machine; set this clock and the controller's right, or " +
+               compare + " as it is";
+    case Validity::Now:
+        break;
+    }
+    return "give the issuer's certificate with " + optionText(option::kCaCert) + ", or " + compare;
+}
 } // namespace
 
 ControllerTrust::ControllerTrust(const ConnectOption& option)
@@ -99,11 +116,8 @@ bool ControllerTrust::isKnown(const PresentedCertificate& certificate)
 
 void ControllerTrust::refuseUnknown(const PresentedCertificate& certificate)
 {
-    refusal_ =
-        certificate.reason + "; its SHA-256 fingerprint is " + certificate.fingerprint +
-        ": give the issuer's certificate with --cacert, or compare the fingerprint with the controller's own and "
-        "trust it with " +
-        optionText(option::kTrustOnFirstUse) + "; --never-check-trust accepts any";
+    refusal_ = certificate.reason + "; its SHA-256 fingerprint is " + certificate.fingerprint + ": " +
+               adviceFor(certificate.validity) + "; " + optionText(option::kNeverCheckTrust) + " accepts any";
     if (trustOnFirstUse_)
     {
         refusal_ += "; there is no home folder for the file of known controllers, name one with " +

@@ -3,6 +3,7 @@
 #include "compare_report_keys.h"
 #include "repository/version.h"
 #include "text/text.h"
+#include "update_services/power_supplies.h"
 
 #include <algorithm>
 #include <array>
@@ -20,7 +21,6 @@ using service::VersionOutcome;
 
 constexpr std::int32_t kDriverType = 3;
 constexpr char kNoVersion[] = "N/A";
-constexpr char kPsu[] = "psu";
 
 // What a user should know first about a package with several children.
 constexpr std::array<VersionOutcome, 5> kSignificance{VersionOutcome::Newer, VersionOutcome::NotComparable,
@@ -36,46 +36,6 @@ template <class List, class Value>
 std::size_t rankOf(const List& list, Value value)
 {
     return static_cast<std::size_t>(std::find(list.begin(), list.end(), value) - list.begin());
-}
-
-bool isPsu(const PackageInfo& package, const PackageChild& update, const ScanItem& item)
-{
-    const std::array<const std::string*, 5> names{&package.component, &update.category, &update.classification,
-                                                  &item.category, &item.classification};
-    return std::any_of(names.begin(), names.end(),
-                       [](const std::string* name) { return text::toLower(text::trim(*name)) == kPsu; });
-}
-
-std::string withoutLeadingZeros(const std::string& number)
-{
-    const std::size_t start = number.find_first_not_of('0');
-    return start == std::string::npos ? number.substr(0, 1) : number.substr(start);
-}
-
-// The user names power supplies by slot number or by name.
-// "2" of "PSU.2"; empty when the text does not end in a number.
-std::string numberAtTheEnd(const std::string& text)
-{
-    const std::size_t last = text.find_last_not_of("0123456789");
-    return last == std::string::npos ? text : text.substr(last + 1);
-}
-
-bool psuNamed(const CompareOptions& options, const ScanItem& item)
-{
-    if (options.allPsu || options.psuList.empty())
-    {
-        return true;
-    }
-    const std::string slot = withoutLeadingZeros(item.slotNumber.empty() ? numberAtTheEnd(item.id) : item.slotNumber);
-    const std::string name = text::toLower(item.name);
-    const std::string id = text::toLower(item.id);
-    return std::any_of(options.psuList.begin(), options.psuList.end(),
-                       [&](const std::string& entry)
-                       {
-                           const std::string wanted = text::toLower(text::trim(entry));
-                           return !wanted.empty() && ((!slot.empty() && withoutLeadingZeros(wanted) == slot) ||
-                                                      wanted == name || wanted == id);
-                       });
 }
 
 UnselectedReason reasonOf(VersionOutcome outcome, bool forced)

@@ -1,8 +1,8 @@
 #include "update_services/package_selection.h"
 
+#include "repository/dependency_graph.h"
 #include "repository/package_fields.h"
 #include "text/text.h"
-#include "update_services/dependency_graph.h"
 #include "update_services/package_choice.h"
 #include "update_services/requisites.h"
 
@@ -128,7 +128,7 @@ class Selector
         {
             index.emplace(packages_[package].package.updateId, package);
         }
-        DependencyGraph graph(packages_.size());
+        repository::DependencyGraph graph(packages_.size());
         std::vector<std::pair<std::size_t, std::size_t>> edges;
         for (std::size_t package = 0; package < packages_.size(); ++package)
         {

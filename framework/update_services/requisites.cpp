@@ -1,8 +1,8 @@
 #include "update_services/requisites.h"
 
+#include "repository/dependency_graph.h"
 #include "repository/package_fields.h"
 #include "text/text.h"
-#include "update_services/dependency_graph.h"
 #include "xmodule_log.h"
 
 #include <unordered_map>
@@ -178,7 +178,7 @@ void describePair(const Decision& dependent, const Decision& needed, ComparedPac
     }
 }
 
-void logCircles(const DependencyGraph& graph, const std::vector<ComparedPackage>& packages)
+void logCircles(const repository::DependencyGraph& graph, const std::vector<ComparedPackage>& packages)
 {
     for (const std::vector<std::size_t>& circle : graph.circles())
     {
@@ -230,7 +230,7 @@ void applyNeeds(const std::vector<std::vector<Need>>& needs, UnselectedReason re
 void describeNeeds(const std::vector<std::vector<Need>>& needs, const std::vector<Decision>& decisions,
                    std::vector<ComparedPackage>& packages)
 {
-    DependencyGraph graph(packages.size());
+    repository::DependencyGraph graph(packages.size());
     for (std::size_t package = 0; package < packages.size(); ++package)
     {
         for (const Need& need : needs[package])

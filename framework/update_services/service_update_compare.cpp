@@ -2,10 +2,12 @@
 
 #include "os_names.h"
 #include "result_codes.h"
+#include "target_run/target_run.h"
 #include "text/text.h"
 #include "update_services/child_comparison.h"
 #include "update_services/package_selection.h"
 #include "update_services/platform_names.h"
+#include "update_services/power_supplies.h"
 #include "xmodule_log.h"
 
 #include <algorithm>
@@ -37,6 +39,20 @@ bool nothingDetected(const CompareReport& report)
 {
     return std::all_of(report.packages.begin(), report.packages.end(),
                        [](const ComparedPackage& package) { return package.outcome == VersionOutcome::NotDetected; });
+}
+
+// A slip of the user that would else show only as reason 10 of each power supply.
+void remarkUnknownPsus(const UpdateScanReport& scan, const QueryReport& query,
+                       const update_services::InstalledItems& installed, const CompareOptions& options)
+{
+    const std::vector<std::string> unknown = update_services::unknownPsus(query.packages, scan, installed, options);
+    if (!unknown.empty())
+    {
+        const std::string text =
+            "--psu names power supplies that the target does not have: " + text::visible(text::join(unknown, ", "));
+        KORVAN_LOG(2, kSource) << text;
+        target_run::remark(text);
+    }
 }
 
 void fillHead(const UpdateScanReport& scan, const QueryReport& query, CompareReport& report)
@@ -84,6 +100,7 @@ KorvanResult ServiceUpdateCompare::RunCompare(CompareReport& report)
     }
     report = CompareReport();
     fillHead(*scan_, *query_, report);
+    remarkUnknownPsus(*scan_, *query_, installed, options_);
     report.packages = update_services::selectPackages(*query_, installed, options_);
     if (differ(scan_->GetMT(), query_->options.machineType))
     {

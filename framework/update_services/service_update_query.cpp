@@ -2,9 +2,12 @@
 
 #include "files/files.h"
 #include "interrupt.h"
+#include "option_names.h"
 #include "os_names.h"
 #include "repository/repository.h"
+#include "repository/repository_walk.h"
 #include "result_codes.h"
+#include "target_run/target_run.h"
 #include "text/text.h"
 #include "update_services/package_choice.h"
 #include "update_services/platform_names.h"
@@ -46,6 +49,38 @@ KorvanResult nothingApplies(const QueryOptions& options, const update_services::
     return failure(result_code::kUpdateNothingApplicable, where + " Check --mt, --ostype, --type, --scope and --dir.");
 }
 
+// Targets share these options, so the user is told once and not in each target's line.
+void remarkUnknownIds(const repository::Repository& repository, const char* option, const std::vector<std::string>& ids,
+                      const std::string& directory)
+{
+    std::vector<std::string> unknown;
+    for (const std::string& entry : ids)
+    {
+        const std::string id = text::trim(entry);
+        if (!id.empty() && repository.find(id) == nullptr)
+        {
+            unknown.push_back(id);
+        }
+    }
+    if (unknown.empty())
+    {
+        return;
+    }
+    target_run::remarkOnRun(std::string("--") + option + ": the repository " + repository::walkPath(directory) +
+                            " has no package with these update ids: " + text::join(unknown, ", ") +
+                            "; 'korvan repository list' shows which there are");
+}
+
+void remarkUnknownIds(const repository::Repository& repository, const QueryOptions& options)
+{
+    remarkUnknownIds(repository, option::kIncludeId, options.includeIds, options.queryDir);
+    remarkUnknownIds(repository, option::kExcludeId, options.excludeIds, options.queryDir);
+    if (!options.forceAll)
+    {
+        remarkUnknownIds(repository, option::kForceId, options.forceIds, options.queryDir);
+    }
+}
+
 void logLeftOut(const update_services::PackageChoice& choice)
 {
     for (const std::string& id : choice.missingIds)
@@ -84,6 +119,7 @@ KorvanResult ServiceUpdateQuery::RunQuery(QueryReport& report)
                                                         ". Name the folder of the packages with --dir.");
     }
     update_services::PackageChoice choice = update_services::choosePackages(*repository, options_, scope);
+    remarkUnknownIds(*repository, options_);
     logLeftOut(choice);
     if (choice.packages.empty())
     {

@@ -1,6 +1,7 @@
 #include "end_to_end/fleet_fixture.h"
 
 #include <boost/filesystem/operations.hpp>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -10,6 +11,8 @@ namespace fs = boost::filesystem;
 using nlohmann::json;
 using test_support::ProcessOutcome;
 using test_support::readFile;
+using testing::HasSubstr;
+using testing::Not;
 using Texts = std::vector<std::string>;
 
 class Fleet : public FleetFixture
@@ -123,6 +126,25 @@ TEST_F(Fleet, ComparesASavedScanAndQueryAsTheLiveRun)
     EXPECT_EQ(outcome.exitStatus, 0) << outcome.out;
     EXPECT_EQ(readFile(tree_.file(folderOfRun + "Korvan-update-compare.xml")), live);
     EXPECT_NE(live, "");
+    EXPECT_THAT(outcome.err, Not(HasSubstr("warning")));
+    const ProcessOutcome warned = compare({"--config", targetList({"rack-a"}), "--scanxml", "scan.xml", "--queryxml",
+                                           "query.xml", "--excludeid", "krv_fw_pmx3_5.10_platform"});
+    EXPECT_EQ(warned.exitStatus, 0) << warned.out;
+    EXPECT_THAT(warned.err, HasSubstr("korvan: warning: --queryxml takes"));
+    EXPECT_EQ(readFile(tree_.file(folderOfRun + "Korvan-update-compare.xml")), live);
+}
+
+TEST_F(Fleet, SaysOnceForAllTargetsWhichIdsNoPackageHas)
+{
+    serve({"rack-a", "rack-b"});
+    const ProcessOutcome outcome = compare({"--config", targetList({"rack-a", "rack-b"}), "--excludeid", "krv_fw_gone",
+                                            "--forceid", "krv_fw_pmx3_5.10_platform", "--psu", "9"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.out;
+    EXPECT_THAT(outcome.err, HasSubstr("korvan: warning: --excludeid: "));
+    EXPECT_EQ(count(outcome.err, "krv_fw_gone"), 1U) << outcome.err;
+    EXPECT_THAT(outcome.err, Not(HasSubstr("--forceid")));
+    EXPECT_THAT(outcome.out, Not(HasSubstr("krv_fw_gone")));
+    EXPECT_EQ(count(outcome.out, "  OK          0  --psu names power supplies that the target does not have: 9"), 2U);
 }
 
 TEST_F(Fleet, AsksAControllerOverOneConnectionWithOneLogin)

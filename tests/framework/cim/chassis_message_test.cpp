@@ -59,6 +59,7 @@ TEST(ChassisMessage, TakesTheMachineTypeOfTheFirstChassisThatHasOne)
     EXPECT_EQ("7X20", cim::machineTypeOf({{"", "Shelf", "", ""}, {"", "Node", "00X20", "7X20CTO1WW"}}, model));
     EXPECT_EQ("Node", model);
     EXPECT_EQ("7Y41", cim::machineTypeOf({{"", "Node [7Y41]", "7Z90", "...."}}, model));
+    EXPECT_EQ("7X20", cim::machineTypeOf({{"", "Node 7X20", "", "4K92XB07QD"}}, model)); // a service tag
     EXPECT_EQ("", cim::machineTypeOf({{"7X20", "", "", ""}}, model));
     EXPECT_EQ("", cim::machineTypeOf({}, model));
 }

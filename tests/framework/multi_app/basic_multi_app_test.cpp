@@ -1,5 +1,6 @@
 #include "framework/multi_app/test_application.h"
 #include "support/pattern.h"
+#include "target_run/target_run.h"
 
 #include <atomic>
 #include <chrono>
@@ -205,6 +206,23 @@ TEST_F(BasicMultiAppTest, FailsARunWhoseReportBreaksOff)
     EXPECT_EQ(run(application).code, 17U);
     EXPECT_THAT(err_, HasSubstr("no report"));
     EXPECT_THAT(out_, HasSubstr("1 target: 1 succeeded"));
+}
+
+TEST_F(BasicMultiAppTest, TellsWhatConcernsAllTargetsOnce)
+{
+    context_.options = {{"bmc", "h1,h2,h3"}};
+    target_run::remarkOnRun("of an earlier run");
+    run(
+        [](const TestApplication&, const nova::ServerInfo&, const std::string&)
+        {
+            target_run::remarkOnRun("wrong\nid");
+            return KorvanResult();
+        });
+    EXPECT_THAT(err_, testing::EndsWith("\nkorvan: warning: wrong\\x0Aid\n"));
+    EXPECT_EQ(err_.find("wrong"), err_.rfind("wrong"));
+    EXPECT_THAT(err_, Not(HasSubstr("earlier")));
+    EXPECT_THAT(out_, Not(HasSubstr("wrong")));
+    EXPECT_THAT(test_support::readFile(context_.outputDir + "/korvan.log"), HasSubstr("wrong\\x0Aid"));
 }
 
 TEST_F(BasicMultiAppTest, TellsOneLineForEveryTargetThatEnds)

@@ -16,6 +16,7 @@ using redfish::Fault;
 using redfish::Reply;
 using redfish::TransportFault;
 using std::chrono::milliseconds;
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -221,6 +222,18 @@ TEST_F(ClientTest, MapsTransportFaultsToResultCodes)
         open();
         EXPECT_EQ(row.second, get("/x").result.number()) << static_cast<int>(row.first);
     }
+}
+
+TEST_F(ClientTest, NamesNoAuthorityForACertificateThatHasExpired)
+{
+    redfish::Exchange refused = faulty(TransportFault::Certificate);
+    refused.detail = "SSL certificate problem: certificate has expired";
+    service_.rules = {firstTimes("/x", 100, refused)};
+    EXPECT_THAT(get("/x").result.message, AllOf(HasSubstr("renew it"), Not(HasSubstr("--cacert"))));
+    refused.detail = "SSL certificate problem: self-signed certificate";
+    service_.rules = {firstTimes("/x", 100, refused)};
+    open();
+    EXPECT_THAT(get("/x").result.message, HasSubstr("--cacert"));
 }
 
 TEST_F(ClientTest, RefusesAnAnswerThatIsNoJson)

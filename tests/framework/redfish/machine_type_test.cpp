@@ -49,6 +49,30 @@ TEST(MachineType, VendorFieldsComeBeforeSkuModelAndPartNumber)
     EXPECT_EQ("7C33", redfish::firstMachineType({"....", "n/a", "7C33"}));
 }
 
+TEST(MachineType, ADoubtfulSkuComesBehindTheModel)
+{
+    const std::vector<std::pair<const char*, const char*>> table = {
+        {R"({"SKU": "4K92XB07QD", "Model": "7X20"})", "7X20"},
+        {R"({"SKU": "4K92XB07QD", "Model": "Node X [7X20]-"})", "7X20"},
+        {R"({"SKU": "4K92XB07QD", "Model": "7X20-AC1"})", "7X20"},
+        {R"({"SKU": "4K92XB07QD", "Model": "7X20CTO1WW"})", "7X20"},
+        {R"({"SKU": "4K92-XB07", "Model": "Halvorsen 7X20 rack"})", "7X20"},
+        {R"({"SKU": "7Y41CTO1WW", "Model": "Halvorsen rack", "PartNumber": "7C33"})", "7Y41"},
+        {R"({"SKU": "7Y41CTO1WW", "Model": "To be filled by O.E.M."})", "7Y41"},
+        {R"({"SKU": "7y41", "Model": "7X20"})", "7Y41"},
+        {R"({"SKU": "-[7Y41]-", "Model": "7X20"})", "7Y41"},
+        {R"({"SKU": "4K92XB07QD", "Model": "7X20", "Oem": {"Maker": {"SubModel": "7Y41"}}})", "7Y41"}};
+    for (const auto& row : table)
+    {
+        const auto resource = nlohmann::json::parse(row.first);
+        EXPECT_EQ(row.second, redfish::firstMachineType(redfish::systemCandidates(resource))) << row.first;
+        if (!resource.contains("Oem"))
+        {
+            EXPECT_EQ(row.second, redfish::firstMachineType(redfish::chassisCandidates(resource))) << row.first;
+        }
+    }
+}
+
 TEST(MachineType, CandidatesOfOddValuesAreEmpty)
 {
     const auto system = nlohmann::json::parse(R"({"SKU": null, "Model": [], "PartNumber": {}, "Oem": "none"})");

@@ -14,6 +14,7 @@ using repository_tools::ListRepository;
 using repository_tools::Problem;
 using repository_tools::Severity;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -182,6 +183,82 @@ TEST_F(RepositoryToolsTest, IdsThatDoNotExistAreWarnings)
                                   HasSubstr("a.xml:4 the update id gone3"), HasSubstr("a.xml:5 the update id a, which"),
                                   HasSubstr("v.xml:3 the update id gone4")));
     EXPECT_EQ(report.errors, 0U);
+}
+
+TEST_F(RepositoryToolsTest, ACircleOfPrerequisitesIsOneErrorThatNamesItsMembers)
+{
+    package("a", "<PREREQUISITE>b</PREREQUISITE>");
+    package("b", "<NOTE/>\n<PREREQUISITE>x, c</PREREQUISITE>");
+    package("c", "<PREREQUISITE>d</PREREQUISITE>");
+    package("d", "<PREREQUISITE>b</PREREQUISITE><COREQUISITE>c</COREQUISITE>");
+    package("x");
+    EXPECT_EQ(problem().file, "b.xml");
+    EXPECT_EQ(problem().line, 2U);
+    EXPECT_EQ(problem().severity, Severity::Error);
+    EXPECT_THAT(problem().text, EndsWith("prerequisites of one another in a circle: b, c, d"));
+}
+
+TEST_F(RepositoryToolsTest, EachCircleOfSupersededPackagesIsAnError)
+{
+    package("a", "<SUPERSEDE>b</SUPERSEDE>");
+    package("b", "<SUPERSEDE>a</SUPERSEDE>");
+    package("c", "<SUPERSEDE>d, a</SUPERSEDE>");
+    package("d", "<SUPERSEDE>c</SUPERSEDE>");
+    const CheckReport report = check();
+    ASSERT_EQ(report.problems.size(), 2U);
+    EXPECT_EQ(report.errors, 2U);
+    EXPECT_EQ(report.problems[0].file, "a.xml");
+    EXPECT_THAT(report.problems[0].text, EndsWith("supersede one another in a circle: a, b"));
+    EXPECT_EQ(report.problems[1].file, "c.xml");
+    EXPECT_THAT(report.problems[1].text, EndsWith("supersede one another in a circle: c, d"));
+}
+
+TEST_F(RepositoryToolsTest, PackagesThatAreToBeAppliedTogetherMayNameOneAnother)
+{
+    package("a", "<COREQUISITE>b</COREQUISITE>");
+    package("b", "<REQUISITE>a</REQUISITE>");
+    EXPECT_THAT(check().problems, IsEmpty());
+    package("b", "\n<PREREQUISITE>a</PREREQUISITE>");
+    EXPECT_EQ(problem().file, "a.xml");
+    EXPECT_EQ(problem().line, 1U);
+    EXPECT_EQ(problem().severity, Severity::Warning);
+    EXPECT_THAT(problem().text, EndsWith("can only be applied together: a, b"));
+}
+
+TEST_F(RepositoryToolsTest, NoCircleIsTooLong)
+{
+    constexpr int kPackages = 250;
+    for (int number = 0; number < kPackages; ++number)
+    {
+        package("p" + std::to_string(number),
+                "<PREREQUISITE>p" + std::to_string((number + 1) % kPackages) + "</PREREQUISITE>");
+    }
+    EXPECT_THAT(problem().text, EndsWith(" and 150 more"));
+}
+
+TEST_F(RepositoryToolsTest, AReleaseDateIsADayOfTheCalendar)
+{
+    for (const char* date : {"2026-02-28", "2024-02-29", "2000-02-29", "2026-12-31", ""})
+    {
+        package("a", std::string("<RELEASEDATE>") + date + "</RELEASEDATE>");
+        EXPECT_THAT(check().problems, IsEmpty()) << date;
+    }
+    for (const char* date : {"2026-02-29", "2100-02-29", "2026-04-31", "2026-13-01", "2026-00-10", "2026-1-02",
+                             "2026/01/02", "10 Mar 2026", "soon", "2026-01-02T00:00:00Z"})
+    {
+        package("a", std::string("\n<RELEASEDATE>") + date + "</RELEASEDATE>");
+        EXPECT_EQ(problem().line, 2U) << date;
+        EXPECT_EQ(problem().severity, Severity::Error) << date;
+        EXPECT_THAT(problem().text, HasSubstr(date));
+    }
+}
+
+TEST_F(RepositoryToolsTest, APacksReleaseDateIsCheckedToo)
+{
+    package("a");
+    folder_.write("v.xml", descriptor_text::velpak("V", "7Y41", "platform", "<UPDATEID>a</UPDATEID>", "spring 2026"));
+    EXPECT_EQ(problem().file, "v.xml");
+    EXPECT_THAT(problem().text, HasSubstr("spring 2026"));
 }
 
 TEST_F(RepositoryToolsTest, AFolderWithoutPackagesIsAWarning)

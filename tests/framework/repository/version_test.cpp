@@ -89,15 +89,118 @@ TEST(Version, DatesAreOrderedByTheCalendar)
     EXPECT_EQ(decimal("2026-03-10", "1.10"), VersionOrder::NotComparable);
 }
 
+TEST(Version, PreReleasesAreOlderThanTheirRelease)
+{
+    const std::vector<std::string> stages{"1.0-alpha", "1.0-beta1", "1.0 Beta2", "1.0-RC1", "1.0-rc2", "1.0-rc10"};
+    for (std::size_t older = 0; older < stages.size(); ++older)
+    {
+        for (std::size_t newer = older + 1; newer < stages.size(); ++newer)
+        {
+            EXPECT_EQ(decimal(stages[older], stages[newer]), VersionOrder::Older) << stages[older] << stages[newer];
+        }
+        for (const char* release : {"1.0", "1.0-GA", "v1.0", "1.0 Release", "1.0.FINAL", "1.1-alpha"})
+        {
+            EXPECT_EQ(decimal(stages[older], release), VersionOrder::Older) << stages[older] << release;
+            EXPECT_EQ(hexadecimal(stages[older], release), VersionOrder::Older) << stages[older] << release;
+        }
+    }
+    EXPECT_EQ(decimal("1.0rc2", "1.0"), VersionOrder::Older);
+    EXPECT_EQ(decimal("1.0-GA", "1.0"), VersionOrder::Same);
+    EXPECT_EQ(decimal("1.1-RC1", "1.0-GA"), VersionOrder::Newer);
+    EXPECT_EQ(hexadecimal("1A-RC10", "1A-RC9"), VersionOrder::Newer);
+}
+
+TEST(Version, PreReleasesAreNotOrderedByAGuess)
+{
+    EXPECT_EQ(decimal("1.0-rc", "1.0-rc1"), VersionOrder::NotComparable);
+    EXPECT_EQ(decimal("1.0-rc1", "1.0.0"), VersionOrder::NotComparable);
+    EXPECT_EQ(decimal("1.0-GA2", "1.0"), VersionOrder::NotComparable);
+    EXPECT_EQ(decimal("1.0-rc1", "1.0.1"), VersionOrder::NotComparable);
+    EXPECT_EQ(decimal("1.0-b1", "1.0-rc1"), VersionOrder::NotComparable);
+    EXPECT_EQ(decimal("RC1", "GA"), VersionOrder::NotComparable);
+}
+
+TEST(Version, DottedDatesAreOrderedByTheCalendar)
+{
+    EXPECT_EQ(decimal("13.02.2026", "25.12.2025"), VersionOrder::Newer);
+    EXPECT_EQ(decimal("13.02.2026", "01.02.2026"), VersionOrder::Newer);
+    EXPECT_EQ(decimal("13.02.2026", "2026-02-13"), VersionOrder::Same);
+    EXPECT_EQ(decimal("05.03.2026", "13.02.2025"), VersionOrder::Newer);
+    EXPECT_EQ(decimal("05.05.2026", "05/05/2026"), VersionOrder::Same);
+    EXPECT_EQ(decimal("05.03.2026", "03.05.2026"), VersionOrder::NotComparable);
+    EXPECT_EQ(decimal("10.03.2026", "2026-05-01"), VersionOrder::NotComparable);
+    EXPECT_EQ(decimal("13.02.2026", "13.2"), VersionOrder::NotComparable);
+}
+
+TEST(Version, ASlashedDateWithoutADayIsAWholeMonth)
+{
+    EXPECT_EQ(decimal("11/2025", "03/2026"), VersionOrder::Older);
+    EXPECT_EQ(decimal("3/2026", "03/2026"), VersionOrder::Same);
+    EXPECT_EQ(decimal("03/2026", "2026-04-01"), VersionOrder::Older);
+    EXPECT_EQ(decimal("03/2026", "2026-03-10"), VersionOrder::NotComparable);
+    EXPECT_EQ(decimal("03/2026", "3.2026"), VersionOrder::NotComparable);
+}
+
+TEST(Version, NumbersThatMayBeADateAreOrderedWhereBothReadingsAgree)
+{
+    EXPECT_EQ(decimal("1.2.2024", "1.3.2024"), VersionOrder::Older);
+    EXPECT_EQ(decimal("1.2.2024", "1.2.2023"), VersionOrder::Newer);
+    EXPECT_EQ(decimal("9.3.2026", "8.2.2027"), VersionOrder::NotComparable);
+    EXPECT_EQ(decimal("13.2.2026", "1.3.2026"), VersionOrder::NotComparable);
+    EXPECT_EQ(decimal("1.2.2024", "1.2.3"), VersionOrder::NotComparable);
+}
+
+TEST(Version, NumbersThatAreNoDayOrLikelyYearAreNoDate)
+{
+    EXPECT_EQ(decimal("22.41.1000", "20.30.1004"), VersionOrder::Newer);
+    EXPECT_EQ(decimal("12.10.1000", "11.12.1004"), VersionOrder::Newer);
+    EXPECT_EQ(decimal("14.00.2026", "13.01.2027"), VersionOrder::NotComparable) << "one of them is a date";
+    EXPECT_EQ(decimal("15.00.2026", "14.00.2027"), VersionOrder::Newer);
+    EXPECT_EQ(decimal("13.13.2026", "12.40.2027"), VersionOrder::Newer);
+    EXPECT_EQ(decimal("10.12.2026.1", "9.12.2027.1"), VersionOrder::Newer);
+    EXPECT_EQ(decimal("10/1000", "9/2000.1"), VersionOrder::Newer);
+}
+
+// Dates and stages of all forms, close to each other.
+std::string shapedVersion(std::mt19937& random)
+{
+    const auto pick = [&random](const std::vector<std::string>& choices) { return choices[random() % choices.size()]; };
+    const std::string day = pick({"1", "2", "02", "11", "12", "13", "14", "31"});
+    const std::string month = pick({"1", "01", "2", "02", "11", "12", "13"});
+    const std::string year = pick({"2025", "2026", "1000"});
+    switch (random() % 6)
+    {
+    case 0:
+        return day + "." + month + "." + year;
+    case 1:
+        return day + "/" + month + "/" + year;
+    case 2:
+        return year + "-" + month + "-" + day;
+    case 3:
+        return month + "/" + year;
+    case 4:
+        return day + pick({" Jan ", " feb ", " Dec "}) + year;
+    default:
+        return pick({"1", "1.0", "1.0.0", "1.2", "1.2.1"}) + pick({"-", " ", "."}) +
+               pick({"alpha", "beta", "rc", "RC1", "rc2", "rc.0", "GA", "GA1", "final", "b", "0", "RC1.a"});
+    }
+}
+
 // Short versions from few symbols, so that equal beginnings and all kinds of differences come up often.
 std::vector<std::string> randomVersions(unsigned seed, std::size_t count)
 {
-    static const std::vector<std::string> kPieces{"0", "1", "2", "10", "00", "a",    "b",  "Ab", "v",        ".",  ".",
-                                                  "-", "/", " ", "[",  "]",  "2026", "03", "x",  "\xC3\xA9", "FF", "("};
+    static const std::vector<std::string> kPieces{"0",    "1",  "2", "10",       "00", "a", "b",  "Ab",
+                                                  "v",    ".",  ".", "-",        "/",  " ", "[",  "]",
+                                                  "2026", "03", "x", "\xC3\xA9", "FF", "(", "rc", "GA"};
     std::mt19937 random(seed);
     std::vector<std::string> versions{"2026-03-10", "03/10/2026", "10/03/2026", "1.2", "1.2.0", "1.2.1", "EPK9CH5Q"};
     while (versions.size() < count)
     {
+        if (random() % 2 == 0)
+        {
+            versions.push_back(shapedVersion(random));
+            continue;
+        }
         std::string version;
         const std::size_t pieces = random() % 7;
         for (std::size_t index = 0; index < pieces; ++index)
@@ -144,7 +247,7 @@ TEST_P(VersionProperties, OrderIsAntisymmetric)
 
 TEST_P(VersionProperties, OrderIsTransitive)
 {
-    const std::vector<std::string> versions = randomVersions(2, 110);
+    const std::vector<std::string> versions = randomVersions(2, 220);
     std::vector<std::vector<VersionOrder>> order(versions.size());
     for (std::size_t left = 0; left < versions.size(); ++left)
     {

@@ -27,6 +27,24 @@ TEST(TargetRun, BeginsNowWhereNoTargetIsWorkedOn)
     EXPECT_GE(target_run::deadline(seconds(10)), before + seconds(10) + milliseconds(20));
 }
 
+TEST(TargetRun, KeepsEachRemarkOnTheRunOnceForAllTargets)
+{
+    target_run::takeRunRemarks();
+    target_run::remarkOnRun("outside");
+    const auto work = []
+    {
+        const target_run::Scope scope;
+        target_run::remarkOnRun("of all");
+        EXPECT_THAT(scope.remarks(), IsEmpty());
+    };
+    std::thread first(work);
+    std::thread second(work);
+    first.join();
+    second.join();
+    EXPECT_THAT(target_run::takeRunRemarks(), ElementsAre("outside", "of all"));
+    EXPECT_THAT(target_run::takeRunRemarks(), IsEmpty());
+}
+
 TEST(TargetRun, KeepsEachRemarkOnceForItsOwnTarget)
 {
     target_run::remark("before");

@@ -13,6 +13,7 @@ using test_support::ScratchFolder;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using trust::ControllerTrust;
 using trust::PresentedCertificate;
 
@@ -73,6 +74,21 @@ TEST_F(ControllerTrustTest, SaysOfAnUnknownOneHowToTrustIt)
     EXPECT_THAT(controllerTrust.refusal(), AllOf(HasSubstr("self-signed certificate"), HasSubstr(kOne),
                                                  HasSubstr("--trust-on-first-use"), HasSubstr("--cacert")));
     EXPECT_EQ(readFile(option_.knownControllers), "");
+}
+
+TEST_F(ControllerTrustTest, SaysOfOneOutOfItsTimeWhatHelps)
+{
+    ControllerTrust controllerTrust(option_);
+    PresentedCertificate certificate = unverified(kOne);
+    certificate.validity = trust::Validity::Over;
+    EXPECT_FALSE(controllerTrust.accepts(certificate));
+    EXPECT_THAT(controllerTrust.refusal(),
+                AllOf(HasSubstr(kOne), HasSubstr("has expired"), HasSubstr("renew it on the controller"),
+                      HasSubstr("--trust-on-first-use"), Not(HasSubstr("--cacert"))));
+    certificate.validity = trust::Validity::NotYet;
+    EXPECT_FALSE(controllerTrust.accepts(certificate));
+    EXPECT_THAT(controllerTrust.refusal(), AllOf(HasSubstr("not valid yet"), HasSubstr("clock"),
+                                                 HasSubstr("--trust-on-first-use"), Not(HasSubstr("--cacert"))));
 }
 
 TEST_F(ControllerTrustTest, AddsAnUnknownOneOnFirstUseAndSaysSoOnce)

@@ -122,6 +122,22 @@ TEST_F(LiveTrustTest, AFirstUseIsRememberedWhateverIsWrongWithTheCertificate)
     }
 }
 
+TEST_F(LiveTrustTest, AnExpiredCertificateIsToBeRenewedOrTrustedByItsFingerprint)
+{
+    SimulatedController controller("rack-a", certificateHabit("expired"));
+    ConnectOption option = optionFor(controller);
+    for (const std::string& authority : {std::string(), controller.caFile()})
+    {
+        option.caCert = authority;
+        const KorvanResult result = read(option);
+        EXPECT_EQ(36U, result.number()) << result;
+        EXPECT_THAT(result.message, AllOf(HasSubstr("renew it on the controller"), HasSubstr("--trust-on-first-use"),
+                                          HasSubstr(presentedFingerprint(option)), Not(HasSubstr("--cacert"))));
+    }
+    option.fingerprint = presentedFingerprint(option);
+    EXPECT_EQ(0U, read(option).number());
+}
+
 TEST_F(LiveTrustTest, AChangedCertificateIsRefusedWithBothFingerprints)
 {
     SimulatedController controller("rack-a");

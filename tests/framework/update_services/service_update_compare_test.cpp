@@ -1,4 +1,5 @@
 #include "reports.h"
+#include "target_run/target_run.h"
 #include "update_services/unselected_reasons.h"
 
 #include <gmock/gmock.h>
@@ -172,6 +173,34 @@ TEST(UpdateCompare, PowerSuppliesAreTakenBySlotOrName)
     EXPECT_THAT(decisions(compare(scanned, query({info}), options)), ElementsAre("10"));
     options.allPsu = true;
     EXPECT_THAT(decisions(compare(scanned, query({info}), options)), ElementsAre("selected"));
+}
+
+TEST(UpdateCompare, PowerSuppliesThatTheTargetLacksAreRemarked)
+{
+    auto info = package("p", "PSU-1", "2.0");
+    info.component = "PSU";
+    auto first = item("PSU-1", "1.0", "supply1");
+    first.slotNumber = "1";
+    auto other = item("PSU-9", "1.0", "supply2"); // no package is for it
+    other.slotNumber = "2";
+    other.classification = "psu";
+    auto card = item("NIC", "1.0", "nic3");
+    card.slotNumber = "3";
+    CompareOptions options;
+    options.psuList = {"01", "supply2", " 3", "", "7"};
+    {
+        const target_run::Scope target;
+        compare(scan({first, other, card}), query({info}), options);
+        EXPECT_THAT(target.remarks(), ElementsAre("--psu names power supplies that the target does not have: 3, 7"));
+    }
+    const target_run::Scope target;
+    compare(scan({}), query({info}), options);
+    options.psuList = {"1"};
+    compare(scan({first}), query({info}), options);
+    options.psuList = {"7"};
+    options.allPsu = true;
+    compare(scan({first}), query({info}), options);
+    EXPECT_THAT(target.remarks(), testing::IsEmpty());
 }
 
 TEST(UpdateCompare, TheNewestOrForcedPackageTakesTheDevice)

@@ -4,6 +4,7 @@
 #include "log/log_control.h"
 #include "repository/repository.h"
 #include "support/scratch_folder.h"
+#include "target_run/target_run.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -86,6 +87,24 @@ TEST_F(UpdateQuery, TakesWhatFitsTheMachineTypeSystemAndArchitecture)
     EXPECT_EQ(report_.options.machineType, "7Y41");
     options_.ignoreMtOsCheck = true;
     EXPECT_THAT(ids(), ElementsAre("any", "mine", "other_mt", "other_os", "star_os"));
+}
+
+TEST_F(UpdateQuery, IdsThatNoPackageHasAreToldForTheRun)
+{
+    target_run::takeRunRemarks();
+    add("a");
+    add("b").machineTypes = "<MACHINETYPE>7X20</MACHINETYPE>";
+    options_.excludeIds = {"a", "", " nope1", "b"};
+    options_.forceIds = {"b", "nope2", "nope3"};
+    EXPECT_THAT(ids(), ElementsAre("a"));
+    EXPECT_THAT(target_run::takeRunRemarks(),
+                ElementsAre(AllOf(HasSubstr("--excludeid"), HasSubstr(folder_.path() + " has"), HasSubstr(": nope1;")),
+                            AllOf(HasSubstr("--forceid"), HasSubstr(": nope2, nope3;"))));
+    options_.forceAll = true;
+    options_.excludeIds.clear();
+    options_.includeIds = {"nope4"};
+    EXPECT_THAT(ids(), ElementsAre("a"));
+    EXPECT_THAT(target_run::takeRunRemarks(), ElementsAre(AllOf(HasSubstr("--includeid"), HasSubstr(": nope4;"))));
 }
 
 TEST_F(UpdateQuery, TypesNarrowIt)

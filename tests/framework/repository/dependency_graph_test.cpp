@@ -1,13 +1,13 @@
-#include "update_services/dependency_graph.h"
+#include "repository/dependency_graph.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace
 {
+using repository::DependencyGraph;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
-using update_services::DependencyGraph;
 
 TEST(DependencyGraph, OrdersAfterWhatIsNeededAndOtherwiseByNumber)
 {

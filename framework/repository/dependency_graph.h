@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace update_services
+namespace repository
 {
 // What must go before what. Nodes are numbers from 0; recursion-free, linear in nodes and edges but for a logarithm.
 class DependencyGraph
@@ -14,7 +14,8 @@ class DependencyGraph
     // `node` comes after `needed`.
     void add(std::size_t node, std::size_t needed);
 
-    // Groups of nodes that need one another in a circle: at least two nodes, or one that needs itself.
+    // Groups of nodes, each in ascending order, that need one another in a circle: at least two nodes, or one that needs
+    // itself.
     std::vector<std::vector<std::size_t>> circles() const;
 
     // Each node's group: nodes in one circle share theirs, and only they.
@@ -26,4 +27,4 @@ class DependencyGraph
   private:
     std::vector<std::vector<std::size_t>> needed_;
 };
-} // namespace update_services
+} // namespace repository

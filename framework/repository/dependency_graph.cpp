@@ -1,10 +1,10 @@
-#include "update_services/dependency_graph.h"
+#include "repository/dependency_graph.h"
 
 #include <algorithm>
 #include <functional>
 #include <queue>
 
-namespace update_services
+namespace repository
 {
 namespace
 {
@@ -176,4 +176,4 @@ std::vector<std::size_t> DependencyGraph::order() const
     }
     return result;
 }
-} // namespace update_services
+} // namespace repository
