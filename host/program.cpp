@@ -8,6 +8,7 @@
 #include "module_run.h"
 #include "repository_command.h"
 #include "signals.h"
+#include "text/text.h"
 
 #include <exception>
 #include <iostream>
@@ -82,7 +83,7 @@ int runUpdate(const Words& words)
     }
     if (words[2] != kCompare)
     {
-        return unknownCommand("unknown sub-command of 'update'" + console::quotedIfHarmless(words[2]), advice);
+        return unknownCommand("unknown sub-command of 'update'" + text::quotedIfHarmless(words[2]), advice);
     }
     return runCompare(words);
 }
@@ -121,7 +122,7 @@ int dispatch(const Words& words)
     {
         return listCommand(arguments);
     }
-    return unknownCommand("unknown command" + console::quotedIfHarmless(command),
+    return unknownCommand("unknown command" + text::quotedIfHarmless(command),
                           "see 'korvan --help' for the known ones");
 }
 } // namespace

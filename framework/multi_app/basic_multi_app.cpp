@@ -5,6 +5,7 @@
 #include "log/log_control.h"
 #include "multi_app/earlier_run.h"
 #include "multi_app/multi_configure.h"
+#include "multi_app/option_check.h"
 #include "multi_app/output_folder.h"
 #include "multi_app/run_progress.h"
 #include "multi_app/run_summary.h"
@@ -50,7 +51,10 @@ KorvanResult readConfigure(const UserContext& context, nova::MultiConfigure& con
                                                                 " with the folder of the earlier run");
     }
     const KorvanResult level = readLogLevel(context, configure.logLevel);
-    return level.succeeded() ? multi_command::buildTargetSet(context, configure.targets) : level;
+    return level.succeeded() ? multi_command::buildTargetSet(context, configure.targets,
+                                                             [&context](const std::vector<nova::ServerInfo>& servers)
+                                                             { return option_check::check(context, servers); })
+                             : level;
 }
 
 // Makes the output directory and opens the log in it.

@@ -135,12 +135,29 @@ TEST_F(Fleet, AsksAControllerOverOneConnectionWithOneLogin)
     EXPECT_EQ(counted["sessions_deleted"], 1);
 }
 
-TEST_F(Fleet, NamesTheSavedScanThatCannotBeRead)
+TEST_F(Fleet, ComplainsOfAWrongOptionOnceAndAsksNobody)
 {
-    serve({"rack-a"});
-    const ProcessOutcome outcome = compare({"--config", targetList({"rack-a"}), "--scanxml", "nowhere.xml"});
-    EXPECT_EQ(outcome.exitStatus, 58);
-    EXPECT_NE(outcome.out.find("File doesn't exist. Before that: nowhere.xml: "), std::string::npos) << outcome.out;
+    serve({"rack-a", "rack-b"});
+    const std::string list = targetList({"rack-a", "rack-b"});
+    const std::pair<Texts, int> wrongOptions[] = {{{"--scope", "everything"}, 5},
+                                                  {{"--pattern", "(uefi"}, 5},
+                                                  {{"--scanxml", "nowhere.xml"}, 6},
+                                                  {{"--queryxml", list}, 88}};
+    for (const auto& [words, status] : wrongOptions)
+    {
+        Texts more = {"--config", list};
+        more.insert(more.end(), words.begin(), words.end());
+        const ProcessOutcome outcome = compare(more);
+        EXPECT_EQ(outcome.exitStatus, status) << outcome.err;
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_EQ(outcome.err.find("korvan: option " + words[0] + ": "), 0U) << outcome.err;
+        EXPECT_EQ(count(outcome.err, "\n"), 1U) << outcome.err;
+        EXPECT_FALSE(exists("out"));
+    }
+    for (const json& controller : statistics()["controllers"])
+    {
+        EXPECT_EQ(controller["connections"], 0) << controller.dump(2);
+    }
 }
 
 TEST_F(Fleet, RefusesToNameATargetTwice)
