@@ -80,6 +80,26 @@ KorvanResult openOutput(nova::MultiConfigure& configure)
     return KorvanResult();
 }
 
+// A run without targets is there to show an earlier one.
+void warnOfOtherReports(const UserContext& context, const nova::MultiConfigure& configure)
+{
+    if (!HasOption(context, option::kPattern) || (configure.targets.empty() && configure.doneBefore.empty()))
+    {
+        return;
+    }
+    const std::size_t others = earlier_run::countOtherReports(configure);
+    if (others > 0)
+    {
+        const std::string warning = "the folder " + configure.outputDir + " holds " + std::to_string(others) +
+                                    (others == 1 ? " report" : " reports") +
+                                    " of targets that this run does not name; the table and " +
+                                    file_name::kCompareJson + " will show them too. Give --" + option::kOutput +
+                                    " a new folder to leave them out";
+        KORVAN_LOG(2, kSource) << warning;
+        std::cerr << "korvan: warning: " + text::visible(warning) + "\n" << std::flush;
+    }
+}
+
 void removeOptionsBeside(UserContext& context, const char* kept)
 {
     for (const char* const kind : {option::kBmc, option::kPmx, option::kEsxi, option::kCmm, option::kSmm})
@@ -126,6 +146,10 @@ KorvanResult BasicMultiApp::Initialize(const UserContext& context)
     if (result.succeeded() && created->resume)
     {
         earlier_run::setAside(*created);
+    }
+    if (result.succeeded())
+    {
+        warnOfOtherReports(parent_, *created);
     }
     if (!result.succeeded())
     {

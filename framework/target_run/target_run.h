@@ -9,6 +9,9 @@
 // that does not make it fail but that its user must hear of. Everything belongs to the calling thread.
 namespace target_run
 {
+// How the remark on a target begins that was compared although parts of its inventory could not be read.
+constexpr char kGaps[] = "the inventory has gaps: ";
+
 // Marks this thread as working on one target while it lives. Scopes do not nest.
 class Scope
 {
