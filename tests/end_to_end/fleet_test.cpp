@@ -1,21 +1,14 @@
 #include "end_to_end/fleet_fixture.h"
-
-#include <boost/filesystem/operations.hpp>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
+#include "end_to_end/names.h"
 
 namespace
 {
-namespace fs = boost::filesystem;
-using nlohmann::json;
-using test_support::ProcessOutcome;
-using test_support::readFile;
-using Texts = std::vector<std::string>;
+using namespace end_to_end;
 
 class Fleet : public FleetFixture
 {
   protected:
-    const Texts all_ = {"rack-a", "rack-b", "blade-c", "node-d", "edge-e"};
+    const Words all_ = {"rack-a", "rack-b", "blade-c", "node-d", "edge-e"};
 
     static std::size_t count(const std::string& text, const std::string& piece)
     {
@@ -139,13 +132,13 @@ TEST_F(Fleet, ComplainsOfAWrongOptionOnceAndAsksNobody)
 {
     serve({"rack-a", "rack-b"});
     const std::string list = targetList({"rack-a", "rack-b"});
-    const std::pair<Texts, int> wrongOptions[] = {{{"--scope", "everything"}, 5},
+    const std::pair<Words, int> wrongOptions[] = {{{"--scope", "everything"}, 5},
                                                   {{"--pattern", "(uefi"}, 5},
                                                   {{"--scanxml", "nowhere.xml"}, 6},
                                                   {{"--queryxml", list}, 88}};
     for (const auto& [words, status] : wrongOptions)
     {
-        Texts more = {"--config", list};
+        Words more = {"--config", list};
         more.insert(more.end(), words.begin(), words.end());
         const ProcessOutcome outcome = compare(more);
         EXPECT_EQ(outcome.exitStatus, status) << outcome.err;

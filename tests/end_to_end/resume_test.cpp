@@ -1,12 +1,9 @@
 #include "end_to_end/fleet_fixture.h"
-
-#include <nlohmann/json.hpp>
+#include "end_to_end/names.h"
 
 namespace
 {
-using nlohmann::json;
-using test_support::ProcessOutcome;
-using test_support::readFile;
+using namespace end_to_end;
 
 using ResumedRun = FleetFixture;
 
