@@ -8,9 +8,6 @@ namespace console
 // One line on standard error, "korvan: " in front; control characters made visible.
 void complain(const std::string& text);
 
-// " 'word'" for a message, or nothing when the word could hold a password: an address or something long.
-std::string quotedIfHarmless(const std::string& word);
-
 bool inputIsTerminal();
 
 // Lets the console take what the program writes as UTF-8, and gives it back as it was: it belongs to the shell that stays.

@@ -9,6 +9,7 @@
 #include "option_warnings.h"
 #include "repository_command.h"
 #include "signals.h"
+#include "text/text.h"
 
 #include <exception>
 #include <iostream>
@@ -87,7 +88,7 @@ int runUpdate(const Words& words)
     }
     if (words[2] != kCompare)
     {
-        return unknownCommand("unknown sub-command of 'update'" + console::quotedIfHarmless(words[2]), advice);
+        return unknownCommand("unknown sub-command of 'update'" + text::quotedIfHarmless(words[2]), advice);
     }
     return runCompare(words);
 }
@@ -126,7 +127,7 @@ int dispatch(const Words& words)
     {
         return listCommand(arguments);
     }
-    return unknownCommand("unknown command" + console::quotedIfHarmless(command),
+    return unknownCommand("unknown command" + text::quotedIfHarmless(command),
                           "see 'korvan --help' for the known ones");
 }
 } // namespace

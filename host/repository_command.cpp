@@ -106,8 +106,7 @@ int repositoryCommand(const std::vector<std::string>& arguments)
     }
     if (text::startsWith(arguments[1], "--"))
     {
-        console::complain("unknown option" + console::quotedIfHarmless(arguments[1]) +
-                          "; see 'korvan repository --help'");
+        console::complain("unknown option" + text::quotedIfHarmless(arguments[1]) + "; see 'korvan repository --help'");
         return exit_status::kInvalidParameter;
     }
     return arguments[0] == "check" ? check(arguments[1]) : list(arguments[1]);

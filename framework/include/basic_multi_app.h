@@ -44,8 +44,9 @@ class KORVAN_FRAMEWORK_EXPORT BasicMultiApp : public basic_app
     BasicMultiApp();
     ~BasicMultiApp() override {}
 
-    // Reads the targets, makes the output directory and opens the log. Failures: code 5 for a wrong target or
-    // option, 6 or 7 for the target list, 8 for the output directory.
+    // Reads the targets, checks the options as far as that needs no target, makes the output directory and opens the log.
+    // Failures: code 5 for a wrong target or option, 6, 7, 10, 38 or 88 for a file or folder that an option names, 8 for
+    // the output directory. Nothing is made before all else is right.
     KorvanResult Initialize(const UserContext& context) override;
 
     // Runs every target's task, then HandleResult; returns what SummarizeResult says.

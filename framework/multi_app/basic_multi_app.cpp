@@ -5,6 +5,7 @@
 #include "log/log_control.h"
 #include "multi_app/earlier_run.h"
 #include "multi_app/multi_configure.h"
+#include "multi_app/option_check.h"
 #include "multi_app/output_folder.h"
 #include "multi_app/run_progress.h"
 #include "multi_app/run_summary.h"
@@ -51,7 +52,10 @@ KorvanResult readConfigure(const UserContext& context, nova::MultiConfigure& con
                                                                 " with the folder of the earlier run");
     }
     const KorvanResult level = readLogLevel(context, configure.logLevel);
-    return level.succeeded() ? multi_command::buildTargetSet(context, configure.targets) : level;
+    return level.succeeded() ? multi_command::buildTargetSet(context, configure.targets,
+                                                             [&context](const std::vector<nova::ServerInfo>& servers)
+                                                             { return option_check::check(context, servers); })
+                             : level;
 }
 
 // Makes the output directory and opens the log in it.
@@ -75,6 +79,26 @@ KorvanResult openOutput(nova::MultiConfigure& configure)
     }
     KorvanDirectory::setOutputDir(configure.outputDir);
     return KorvanResult();
+}
+
+// A run without targets is there to show an earlier one.
+void warnOfOtherReports(const UserContext& context, const nova::MultiConfigure& configure)
+{
+    if (!HasOption(context, option::kPattern) || (configure.targets.empty() && configure.doneBefore.empty()))
+    {
+        return;
+    }
+    const std::size_t others = earlier_run::countOtherReports(configure);
+    if (others > 0)
+    {
+        const std::string warning = "the folder " + configure.outputDir + " holds " + std::to_string(others) +
+                                    (others == 1 ? " report" : " reports") +
+                                    " of targets that this run does not name; the table and " +
+                                    file_name::kCompareJson + " will show them too. Give --" + option::kOutput +
+                                    " a new folder to leave them out";
+        KORVAN_LOG(2, kSource) << warning;
+        std::cerr << "korvan: warning: " + text::visible(warning) + "\n" << std::flush;
+    }
 }
 
 void removeOptionsBeside(UserContext& context, const char* kept)
@@ -132,6 +156,10 @@ KorvanResult BasicMultiApp::Initialize(const UserContext& context)
     if (result.succeeded() && created->resume)
     {
         earlier_run::setAside(*created);
+    }
+    if (result.succeeded())
+    {
+        warnOfOtherReports(parent_, *created);
     }
     if (!result.succeeded())
     {

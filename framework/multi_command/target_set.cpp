@@ -79,15 +79,39 @@ KorvanResult collectServers(const UserContext& context, multi_command::AddressSo
     KorvanResult result = readConfig(context, servers);
     return result.succeeded() ? applyExclusion(context, sources, servers) : result;
 }
+
+KorvanResult nameServers(const std::vector<nova::ServerInfo>& servers, std::vector<std::string>& names)
+{
+    std::unordered_set<std::string> taken;
+    for (const nova::ServerInfo& server : servers)
+    {
+        names.push_back(multi_command::targetName(server));
+        if (!taken.insert(names.back()).second)
+        {
+            return KorvanResult(result_code::kInvalidParameter,
+                                "the target " + names.back() + " is named twice; name each target once");
+        }
+    }
+    return KorvanResult();
+}
 } // namespace
 
 namespace multi_command
 {
-KorvanResult buildTargetSet(const UserContext& context, std::vector<Target>& targets)
+KorvanResult buildTargetSet(const UserContext& context, std::vector<Target>& targets, const ServersCheck& check)
 {
     std::vector<nova::ServerInfo> servers;
     AddressSources sources(openFiles(context));
+    std::vector<std::string> names;
     KorvanResult result = collectServers(context, sources, servers);
+    if (result.succeeded())
+    {
+        result = nameServers(servers, names);
+    }
+    if (result.succeeded() && check)
+    {
+        result = check(servers);
+    }
     if (result.succeeded())
     {
         result = fillCredentials(context, sources.inputTaken() ? StandardInput::Taken : StandardInput::Free, servers);
@@ -97,16 +121,10 @@ KorvanResult buildTargetSet(const UserContext& context, std::vector<Target>& tar
         return result;
     }
     std::vector<Target> collected;
-    std::unordered_set<std::string> names;
-    for (const nova::ServerInfo& server : servers)
+    collected.reserve(servers.size());
+    for (std::size_t index = 0; index < servers.size(); ++index)
     {
-        const std::string name = targetName(server);
-        if (!names.insert(name).second)
-        {
-            return KorvanResult(result_code::kInvalidParameter,
-                                "the target " + name + " is named twice; name each target once");
-        }
-        collected.push_back({server, name});
+        collected.push_back({servers[index], names[index]});
     }
     targets.swap(collected);
     return KorvanResult();

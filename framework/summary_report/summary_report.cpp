@@ -1,8 +1,8 @@
 #include "summary_report.h"
 
-#include "file_names.h"
 #include "files/files.h"
 #include "korvan_result.h"
+#include "summary_report/summary_file.h"
 #include "target_run/target_run.h"
 #include "text/text.h"
 #include "xmodule_log.h"
@@ -33,9 +33,6 @@
 namespace
 {
 constexpr char kSource[] = "framework/summary_report/summary_report";
-constexpr char kRoot[] = "COMMONRESULT";
-constexpr char kService[] = "SERVICE";
-constexpr std::size_t kLargestFile = 1U << 20U;
 
 void appendText(pugi::xml_node parent, const char* name, const std::string& value)
 {
@@ -45,23 +42,22 @@ void appendText(pugi::xml_node parent, const char* name, const std::string& valu
 void appendOutcome(pugi::xml_node parent, int code, const std::string& message)
 {
     const KorvanResult result(static_cast<std::uint32_t>(code), message);
-    appendText(parent, "CODE", std::to_string(result.number()));
+    appendText(parent, summary_file::kCode, std::to_string(result.number()));
     appendText(parent, "CATEGORY", std::to_string(result.code >> 16U));
-    appendText(parent, "MESSAGE", result.messageText());
+    appendText(parent, summary_file::kMessage, result.messageText());
 }
+
 // A target's steps write one after another into the same file; an outcome stays until its own service replaces it.
 void keepEarlierOutcomes(const std::string& path, const std::set<std::string>& replaced, pugi::xml_node root)
 {
-    std::string content;
     pugi::xml_document earlier;
-    if (files::read(path, kLargestFile, content) != files::ReadOutcome::Ok ||
-        !earlier.load_buffer(content.data(), content.size()))
+    if (!summary_file::load(path, earlier))
     {
         return;
     }
-    for (const pugi::xml_node service : earlier.child(kRoot).children(kService))
+    for (const pugi::xml_node service : earlier.child(summary_file::kRoot).children(summary_file::kService))
     {
-        if (replaced.count(service.child_value("ACTION")) == 0)
+        if (replaced.count(service.child_value(summary_file::kAction)) == 0)
         {
             root.append_copy(service);
         }
@@ -88,8 +84,8 @@ void SummaryReport::GenerateReportFile() const
     pugi::xml_node declaration = document.append_child(pugi::node_declaration);
     declaration.append_attribute("version") = "1.0";
     declaration.append_attribute("encoding") = "UTF-8";
-    pugi::xml_node root = document.append_child(kRoot);
-    const std::string path = files::withoutTrailingSeparator(outputDir_) + "/" + file_name::kSummaryXml;
+    pugi::xml_node root = document.append_child(summary_file::kRoot);
+    const std::string path = summary_file::pathIn(outputDir_);
     std::set<std::string> actions;
     for (const Outcome& service : services_)
     {
@@ -98,8 +94,8 @@ void SummaryReport::GenerateReportFile() const
     keepEarlierOutcomes(path, actions, root);
     for (const Outcome& service : services_)
     {
-        const pugi::xml_node entry = root.append_child(kService);
-        appendText(entry, "ACTION", service.action);
+        const pugi::xml_node entry = root.append_child(summary_file::kService);
+        appendText(entry, summary_file::kAction, service.action);
         appendOutcome(entry, service.code, service.message);
     }
     appendOutcome(root.append_child("SUMMARY"), summary_.code, summary_.message);

@@ -10,6 +10,9 @@
 // thread.
 namespace target_run
 {
+// How the remark on a target begins that was compared although parts of its inventory could not be read.
+constexpr char kGaps[] = "the inventory has gaps: ";
+
 // Marks this thread as working on one target while it lives. Scopes do not nest.
 class Scope
 {

@@ -141,4 +141,11 @@ std::string validXml(const std::string& value)
     }
     return out;
 }
+
+std::string quotedIfHarmless(const std::string& word)
+{
+    constexpr std::size_t kLongestWord = 30;
+    const bool harmless = word.size() <= kLongestWord && word.find_first_of("@:=") == std::string::npos;
+    return harmless ? " '" + word + "'" : std::string();
+}
 } // namespace text

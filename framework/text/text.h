@@ -24,6 +24,9 @@ bool startsWith(const std::string& value, const std::string& prefix);
 // Control characters and bytes that are no UTF-8 as \xNN, for terminals and logs.
 std::string visible(const std::string& value);
 
+// " 'word'" for a message, or nothing when the word could hold a password: an address or something long.
+std::string quotedIfHarmless(const std::string& word);
+
 // With what XML 1.0 (section 2.2) does not allow, and bytes that are no UTF-8, replaced by U+FFFD.
 std::string validXml(const std::string& value);
 

@@ -80,7 +80,7 @@ KorvanResult scanService(const UpdateScanOption& wishes, const ConnectOption& op
     KorvanResult result = identified.succeeded() ? read : identified;
     if (!result.succeeded() && !items.empty())
     {
-        target_run::remark("the inventory has gaps: " + result.messageText());
+        target_run::remark(target_run::kGaps + result.messageText());
     }
     if (!result.succeeded() || !items.empty())
     {

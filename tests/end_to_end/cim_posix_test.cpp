@@ -1,31 +1,17 @@
+#include "end_to_end/names.h"
 #include "end_to_end/program_tree.h"
 #include "framework/ipmi/simulated_ipmi.h"
 #include "framework/redfish/simulated_controller.h"
 #include "support/loopback_port.h"
 
-#include <boost/filesystem/operations.hpp>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-
 #include <chrono>
-#include <string>
-#include <vector>
 
 // How the machine type of a controller is found that has no Redfish service, or refuses it.
 namespace
 {
-namespace fs = boost::filesystem;
-using nlohmann::json;
-using test_support::ProcessOutcome;
-using test_support::readFile;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
+using namespace end_to_end;
 using Clock = std::chrono::steady_clock;
-using Texts = std::vector<std::string>;
 
-constexpr int kTargetFailed = 58;
 constexpr char kLegacyRefusal[] =
     "You are running out-of-band update against an older system, which is not supported by Halvard Suite";
 
@@ -37,7 +23,7 @@ class OtherProtocols : public ::testing::Test
         return SimulatedController("rack-a", "\"behaviour\": " + behaviour.dump());
     }
 
-    ProcessOutcome compare(const std::string& url, const Texts& more,
+    ProcessOutcome compare(const std::string& url, const Words& more,
                            const std::string& password = SimulatedController::kPassword) const
     {
         const std::size_t host = url.find("//") + 2;
@@ -45,28 +31,14 @@ class OtherProtocols : public ::testing::Test
                              {"address", url.substr(host)},
                              {"user", SimulatedController::kUser},
                              {"password", password}};
-        const std::string list = tree_.write("targets.json", json{{"targets", json::array({target})}}.dump());
-        Texts words = {"update",   "compare", "--output", "out",
-                       "--config", list,      "--dir",    std::string(KORVAN_SOURCE_DIR) + "/samples/repository"};
-        words.insert(words.end(), more.begin(), more.end());
-        return tree_.korvan(words);
+        return tree_.compareTarget(target, more);
     }
 
     std::string log() const { return readFile(tree_.file("out/korvan.log")); }
 
     void expectNoSecret(const ProcessOutcome& outcome, const std::string& secret) const
     {
-        EXPECT_THAT(outcome.out + outcome.err, Not(HasSubstr(secret)));
-        std::size_t files = 0;
-        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(tree_.file("out")))
-        {
-            if (fs::is_regular_file(entry.path()))
-            {
-                ++files;
-                EXPECT_THAT(readFile(entry.path().string()), Not(HasSubstr(secret))) << entry.path();
-            }
-        }
-        EXPECT_GT(files, 1U);
+        tree_.expectNoSecret(outcome.out + outcome.err, secret);
     }
 
     ProgramTree tree_;

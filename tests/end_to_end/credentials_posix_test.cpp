@@ -1,4 +1,5 @@
 #include "end_to_end/login_fixture.h"
+#include "end_to_end/names.h"
 
 #include <poll.h>
 #include <pty.h>
@@ -8,8 +9,7 @@
 
 namespace
 {
-using test_support::readFile;
-using Words = std::vector<std::string>;
+using namespace end_to_end;
 
 TEST_F(Login, IsHiddenInTheProcessTitle)
 {

@@ -1,10 +1,10 @@
 #include "end_to_end/login_fixture.h"
+#include "end_to_end/names.h"
 #include "support/file_rights.h"
 
 namespace
 {
-using test_support::ProcessOutcome;
-using Words = std::vector<std::string>;
+using namespace end_to_end;
 
 TEST_F(Login, OfAListThatOthersCanReadIsRefused)
 {

@@ -1,16 +1,10 @@
 #include "end_to_end/fleet_fixture.h"
 
-#include <boost/filesystem/operations.hpp>
-#include <nlohmann/json.hpp>
+#include "end_to_end/names.h"
 
 #include <algorithm>
 
-namespace
-{
-namespace fs = boost::filesystem;
-using nlohmann::json;
-using Words = std::vector<std::string>;
-} // namespace
+using namespace end_to_end;
 
 constexpr char FleetFixture::kUser[];
 constexpr char FleetFixture::kPassword[];
@@ -63,9 +57,9 @@ void FleetFixture::serve(const Words& names, const Words& hanging)
 json FleetFixture::statistics()
 {
     simulator_->closeInput();
-    test_support::ProcessOutcome outcome;
+    ProcessOutcome outcome;
     EXPECT_TRUE(simulator_->wait(std::chrono::seconds(20), outcome));
-    return json::parse(test_support::readFile(tree_.file("statistics.json")));
+    return json::parse(readFile(tree_.file("statistics.json")));
 }
 
 std::string FleetFixture::address(const std::string& name) const
@@ -98,13 +92,12 @@ std::string FleetFixture::targetList(const Words& names, const std::string& pass
 
 Words FleetFixture::compareWords(const Words& more)
 {
-    Words words = {"update",   "compare", "--output", "out",
-                   "--cacert", "ca.pem",  "--dir",    std::string(KORVAN_SOURCE_DIR) + "/samples/repository"};
+    Words words = {"--cacert", "ca.pem"};
     words.insert(words.end(), more.begin(), more.end());
-    return words;
+    return ProgramTree::compareWords(words);
 }
 
-test_support::ProcessOutcome FleetFixture::compare(const Words& more) const
+ProcessOutcome FleetFixture::compare(const Words& more) const
 {
     return tree_.korvan(compareWords(more));
 }
@@ -116,15 +109,5 @@ bool FleetFixture::exists(const std::string& name) const
 
 void FleetFixture::expectNoSecret(const std::string& screen, const std::string& secret) const
 {
-    EXPECT_EQ(screen.find(secret), std::string::npos);
-    std::size_t files = 0;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(tree_.file("out")))
-    {
-        if (fs::is_regular_file(entry.path()))
-        {
-            ++files;
-            EXPECT_EQ(test_support::readFile(entry.path().string()).find(secret), std::string::npos) << entry.path();
-        }
-    }
-    EXPECT_GT(files, 1U);
+    tree_.expectNoSecret(screen, secret);
 }

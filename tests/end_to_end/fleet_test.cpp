@@ -1,24 +1,14 @@
 #include "end_to_end/fleet_fixture.h"
-
-#include <boost/filesystem/operations.hpp>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
+#include "end_to_end/names.h"
 
 namespace
 {
-namespace fs = boost::filesystem;
-using nlohmann::json;
-using test_support::ProcessOutcome;
-using test_support::readFile;
-using testing::HasSubstr;
-using testing::Not;
-using Texts = std::vector<std::string>;
+using namespace end_to_end;
 
 class Fleet : public FleetFixture
 {
   protected:
-    const Texts all_ = {"rack-a", "rack-b", "blade-c", "node-d", "edge-e"};
+    const Words all_ = {"rack-a", "rack-b", "blade-c", "node-d", "edge-e"};
 
     static std::size_t count(const std::string& text, const std::string& piece)
     {
@@ -157,12 +147,29 @@ TEST_F(Fleet, AsksAControllerOverOneConnectionWithOneLogin)
     EXPECT_EQ(counted["sessions_deleted"], 1);
 }
 
-TEST_F(Fleet, NamesTheSavedScanThatCannotBeRead)
+TEST_F(Fleet, ComplainsOfAWrongOptionOnceAndAsksNobody)
 {
-    serve({"rack-a"});
-    const ProcessOutcome outcome = compare({"--config", targetList({"rack-a"}), "--scanxml", "nowhere.xml"});
-    EXPECT_EQ(outcome.exitStatus, 58);
-    EXPECT_NE(outcome.out.find("File doesn't exist. Before that: nowhere.xml: "), std::string::npos) << outcome.out;
+    serve({"rack-a", "rack-b"});
+    const std::string list = targetList({"rack-a", "rack-b"});
+    const std::pair<Words, int> wrongOptions[] = {{{"--scope", "everything"}, 5},
+                                                  {{"--pattern", "(uefi"}, 5},
+                                                  {{"--scanxml", "nowhere.xml"}, 6},
+                                                  {{"--queryxml", list}, 88}};
+    for (const auto& [words, status] : wrongOptions)
+    {
+        Words more = {"--config", list};
+        more.insert(more.end(), words.begin(), words.end());
+        const ProcessOutcome outcome = compare(more);
+        EXPECT_EQ(outcome.exitStatus, status) << outcome.err;
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_EQ(outcome.err.find("korvan: option " + words[0] + ": "), 0U) << outcome.err;
+        EXPECT_EQ(count(outcome.err, "\n"), 1U) << outcome.err;
+        EXPECT_FALSE(exists("out"));
+    }
+    for (const json& controller : statistics()["controllers"])
+    {
+        EXPECT_EQ(controller["connections"], 0) << controller.dump(2);
+    }
 }
 
 TEST_F(Fleet, RefusesToNameATargetTwice)

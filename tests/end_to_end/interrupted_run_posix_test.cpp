@@ -1,8 +1,6 @@
 #include "end_to_end/fleet_fixture.h"
+#include "end_to_end/names.h"
 
-#include <boost/filesystem/operations.hpp>
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 #include <pugixml.hpp>
 
 #include <csignal>
@@ -11,12 +9,8 @@
 
 namespace
 {
-namespace fs = boost::filesystem;
-using nlohmann::json;
-using test_support::ProcessOutcome;
-using test_support::readFile;
+using namespace end_to_end;
 using testing::AnyOf;
-using testing::HasSubstr;
 
 constexpr int kInterrupted = 47; // before any target was started
 constexpr int kTasksSkipped = 59;
@@ -56,7 +50,7 @@ class InterruptedRun : public FleetFixture, public testing::WithParamInterface<i
 TEST_P(InterruptedRun, LeavesWholeFilesNoSessionAndAReport)
 {
     const json habits = {{"latency_ms", 25}, {"behaviour", {{"authentication", "sessions_only"}}}};
-    const std::vector<std::string> names = {"rack-a", "rack-b", "blade-c", "node-d"};
+    const Words names = {"rack-a", "rack-b", "blade-c", "node-d"};
     std::vector<json> controllers;
     for (const std::string& name : names)
     {

@@ -1,13 +1,9 @@
+#include "end_to_end/names.h"
 #include "end_to_end/program_tree.h"
-
-#include <boost/filesystem/operations.hpp>
-#include <gtest/gtest.h>
 
 namespace
 {
-using test_support::ProcessOutcome;
-using test_support::readFile;
-using Words = std::vector<std::string>;
+using namespace end_to_end;
 
 constexpr char kPathWrong[] = "You are running on an Tolmar system. Please make sure VELPAKI_PATH is set correctly to "
                               "the executable binary of VELPAKI in global.config.";
@@ -26,16 +22,13 @@ class LegacyTool : public ::testing::Test
 
     void install(const std::string& name)
     {
-        boost::filesystem::create_directories(boost::filesystem::path(tree_.file(name)).parent_path());
-        boost::filesystem::copy_file(KORVAN_FAKE_INSTALLER, tree_.file(name));
+        fs::create_directories(fs::path(tree_.file(name)).parent_path());
+        fs::copy_file(KORVAN_FAKE_INSTALLER, tree_.file(name));
         tree_.configure("VELPAKI_PATH", tool(name));
     }
 
     // As the command interpreter takes it for a program: with the system's own separators.
-    std::string tool(const std::string& name) const
-    {
-        return boost::filesystem::path(tree_.file(name)).make_preferred().string();
-    }
+    std::string tool(const std::string& name) const { return fs::path(tree_.file(name)).make_preferred().string(); }
 
     ProcessOutcome run(const Words& options) const
     {
@@ -81,11 +74,11 @@ TEST_F(LegacyTool, GetsTheTranslatedCommandLine)
 TEST_F(LegacyTool, LeavesNoReportsOfScanQueryOrCompare)
 {
     run({});
-    EXPECT_TRUE(boost::filesystem::exists(tree_.file("out/SUCCESS-localhost/common_result.xml")));
+    EXPECT_TRUE(fs::exists(tree_.file("out/SUCCESS-localhost/common_result.xml")));
     for (const char* name :
          {"Korvan-update-scan.xml", "Korvan-update-query.xml", "Korvan-update-compare.xml", "compare_result.txt"})
     {
-        EXPECT_FALSE(boost::filesystem::exists(tree_.file(std::string("out/SUCCESS-localhost/") + name))) << name;
+        EXPECT_FALSE(fs::exists(tree_.file(std::string("out/SUCCESS-localhost/") + name))) << name;
     }
 }
 
@@ -124,7 +117,7 @@ TEST_F(LegacyTool, IsNotRunForACurrentSystem)
 
 TEST_F(LegacyTool, RefusesItsProxyBesideTheProgram)
 {
-    boost::filesystem::copy_file(KORVAN_FAKE_INSTALLER, tree_.bin("velpaki.exe"));
+    fs::copy_file(KORVAN_FAKE_INSTALLER, tree_.bin("velpaki.exe"));
     tree_.configure("VELPAKI_PATH", tree_.bin("velpaki.exe"));
     expectRefused(run({}),
                   "You are running on an Tolmar system. Please don't use proxy tool in korvan extract path when "
@@ -161,7 +154,7 @@ TEST_F(LegacyTool, IsNotFoundThroughAPathWithBlanks)
 
 TEST_F(LegacyTool, OfTheSameNameElsewhereIsNoProxy)
 {
-    boost::filesystem::copy_file(KORVAN_FAKE_INSTALLER, tree_.bin("velpaki.exe"));
+    fs::copy_file(KORVAN_FAKE_INSTALLER, tree_.bin("velpaki.exe"));
     EXPECT_EQ(run({}).exitStatus, 0);
     EXPECT_NE(record(), "");
 }

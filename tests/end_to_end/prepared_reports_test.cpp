@@ -1,14 +1,10 @@
 #include "apps/update/multicompare/report_fixture.h"
+#include "end_to_end/names.h"
 #include "end_to_end/program_tree.h"
-
-#include <boost/filesystem/operations.hpp>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 namespace
 {
-using test_support::ProcessOutcome;
-using test_support::readFile;
+using namespace end_to_end;
 
 constexpr char kGolden[] = KORVAN_SOURCE_DIR "/tests/golden/";
 
@@ -21,9 +17,9 @@ class PreparedReports : public ::testing::Test
         tree_.write("out/" + folder + "/Korvan-update-compare.xml", xml);
     }
 
-    ProcessOutcome show(const std::string& pattern, const std::vector<std::string>& more = {}) const
+    ProcessOutcome show(const std::string& pattern, const Words& more = {}) const
     {
-        std::vector<std::string> words = {"update", "compare", "--output", "out", "--pattern", pattern};
+        Words words = {"update", "compare", "--output", "out", "--pattern", pattern};
         words.insert(words.end(), more.begin(), more.end());
         return tree_.korvan(words);
     }
@@ -37,7 +33,7 @@ class PreparedReports : public ::testing::Test
         return outcome.out.substr(0, closing);
     }
 
-    bool jsonWritten() const { return boost::filesystem::exists(tree_.file("out/compare_result.json")); }
+    bool jsonWritten() const { return fs::exists(tree_.file("out/compare_result.json")); }
 
     // A fleet of three targets with undetected devices, drivers and reasons.
     void mixedFleet() const
@@ -95,7 +91,7 @@ TEST_F(PreparedReports, AreNarrowedInTheTableButNotInTheJson)
     EXPECT_EQ(shown.find("NIC-1"), std::string::npos);
     // Reasons of packages that the pattern filtered out are explained all the same.
     EXPECT_NE(shown.find("    *1-Up to date.\n"), std::string::npos);
-    const nlohmann::json json = nlohmann::json::parse(readFile(tree_.file("out/compare_result.json")));
+    const json json = json::parse(readFile(tree_.file("out/compare_result.json")));
     EXPECT_EQ(json["COMPARISON"].size(), 3U);
     EXPECT_EQ(json["COMPARISON"][0]["HOST"], "10.0.0.1");
 }

@@ -1,14 +1,9 @@
 #include "end_to_end/program_tree.h"
 
+#include "end_to_end/names.h"
 #include "support/file_rights.h"
 
-#include <boost/filesystem/operations.hpp>
-#include <boost/filesystem/path.hpp>
-
-namespace
-{
-namespace fs = boost::filesystem;
-}
+using namespace end_to_end;
 
 ProgramTree::ProgramTree()
 {
@@ -39,7 +34,37 @@ void ProgramTree::configure(const std::string& name, const std::string& value) c
     folder_.write("bin/global.config", name + " = " + value + "\n");
 }
 
-test_support::ProcessOutcome ProgramTree::korvan(const std::vector<std::string>& arguments) const
+ProcessOutcome ProgramTree::korvan(const Words& arguments) const
 {
     return test_support::runProcess(bin("korvan"), arguments, options);
+}
+
+Words ProgramTree::compareWords(const Words& more)
+{
+    Words words = {"update", "compare", "--output",
+                   "out",    "--dir",   std::string(KORVAN_SOURCE_DIR) + "/samples/repository"};
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+ProcessOutcome ProgramTree::compareTarget(const json& target, const Words& more) const
+{
+    Words words = {"--config", write("targets.json", json{{"targets", json::array({target})}}.dump())};
+    words.insert(words.end(), more.begin(), more.end());
+    return korvan(compareWords(words));
+}
+
+void ProgramTree::expectNoSecret(const std::string& screen, const std::string& secret) const
+{
+    EXPECT_THAT(screen, Not(HasSubstr(secret)));
+    std::size_t files = 0;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(file("out")))
+    {
+        if (fs::is_regular_file(entry.path()))
+        {
+            ++files;
+            EXPECT_EQ(readFile(entry.path().string()).find(secret), std::string::npos) << entry.path();
+        }
+    }
+    EXPECT_GT(files, 1U);
 }

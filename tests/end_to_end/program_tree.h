@@ -3,6 +3,8 @@
 #include "support/process.h"
 #include "support/scratch_folder.h"
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <string>
 #include <vector>
 
@@ -23,6 +25,16 @@ class ProgramTree
 
     // Runs the copied program in the work folder.
     test_support::ProcessOutcome korvan(const std::vector<std::string>& arguments) const;
+
+    // The words of a comparison of the sample repository into "out", and more.
+    static std::vector<std::string> compareWords(const std::vector<std::string>& more);
+
+    // Compares one target, given as an entry of a target list.
+    test_support::ProcessOutcome compareTarget(const nlohmann::json& target,
+                                               const std::vector<std::string>& more) const;
+
+    // Neither the text nor any file of "out" holds the secret.
+    void expectNoSecret(const std::string& screen, const std::string& secret) const;
 
     test_support::ProcessOptions options;
 

@@ -1,11 +1,9 @@
 #include "end_to_end/fleet_fixture.h"
-
-#include <nlohmann/json.hpp>
+#include "end_to_end/names.h"
 
 namespace
 {
-using test_support::ProcessOutcome;
-using test_support::readFile;
+using namespace end_to_end;
 
 using ResumedRun = FleetFixture;
 
@@ -25,9 +23,21 @@ TEST_F(ResumedRun, AsksOnlyTheTargetsThatFailedAndReportsAll)
     EXPECT_NE(outcome.out.find(folder("rack-a") + "  OK          0  done in an earlier run"), std::string::npos)
         << outcome.out;
     EXPECT_NE(outcome.out.find("2 targets: 2 succeeded"), std::string::npos) << outcome.out;
-    const auto result = nlohmann::json::parse(readFile(tree_.file("out/compare_result.json")));
+    const json result = json::parse(readFile(tree_.file("out/compare_result.json")));
     EXPECT_EQ(result["COMPARISON"].size(), 2U);
     expectNoSecret(outcome.out + outcome.err, kPassword);
+}
+
+TEST_F(ResumedRun, TellsOfGapsInTheInventoriesThatItKeeps)
+{
+    const json fault = {{"path", "/Systems/1$"}, {"action", "broken_json"}};
+    serveEntries({controller("rack-a", {{"faults", json::array({fault})}, {"behaviour", {{"expand", "ignored"}}}})});
+    const std::string gaps = folder("rack-a") + "  OK          0  the inventory has gaps: ";
+    const ProcessOutcome first = compare({"--bmc", login("rack-a"), "--mt", "7Y41"});
+    EXPECT_NE(first.out.find(gaps), std::string::npos) << first.out;
+    const ProcessOutcome second = compare({"--bmc", login("rack-a"), "--mt", "7Y41", "--resume"});
+    const std::string kept = folder("rack-a") + "  OK          0  done in an earlier run; the inventory has gaps: ";
+    EXPECT_NE(second.out.find(kept), std::string::npos) << second.out;
 }
 
 TEST_F(ResumedRun, NeedsTheFolderOfTheEarlierOne)

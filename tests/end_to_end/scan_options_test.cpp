@@ -1,26 +1,13 @@
 #include "end_to_end/fleet_fixture.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
-using test_support::ProcessOutcome;
-using test_support::readFile;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
+#include "end_to_end/names.h"
 
 namespace
 {
+using namespace end_to_end;
+
 class ScanOptions : public FleetFixture
 {
   protected:
-    std::string login(const std::string& name) const
-    {
-        return std::string(kUser) + ":" + kPassword + "@" + address(name);
-    }
-
     std::size_t scannedItems(const std::string& name) const
     {
         const std::string report = readFile(tree_.file("out/SUCCESS-" + folder(name) + "/Korvan-update-scan.xml"));

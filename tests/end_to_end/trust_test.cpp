@@ -1,27 +1,12 @@
 #include "end_to_end/fleet_fixture.h"
+#include "end_to_end/names.h"
 #include "support/environment.h"
-
-#include <boost/filesystem/operations.hpp>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-
-#include <string>
-#include <vector>
 
 namespace
 {
-namespace fs = boost::filesystem;
-using nlohmann::json;
-using test_support::ProcessOutcome;
-using test_support::readFile;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
-using Texts = std::vector<std::string>;
+using namespace end_to_end;
 
 constexpr char kKnown[] = "home/.korvan/known_controllers";
-constexpr int kTargetFailed = 58;
 
 // One controller whose certificate no authority of the system vouches for, and a user with an empty home folder.
 class Trust : public FleetFixture
@@ -41,15 +26,11 @@ class Trust : public FleetFixture
         address_ = address("rack-a");
     }
 
-    ProcessOutcome compare(const Texts& more, const json& keys = json::object()) const
+    ProcessOutcome compare(const Words& more, const json& keys = json::object()) const
     {
         json target = {{"kind", "bmc"}, {"address", address_}, {"user", "admin"}, {"password", kPassword}};
         target.update(keys);
-        const std::string list = tree_.write("targets.json", json{{"targets", json::array({target})}}.dump());
-        Texts words = {"update",   "compare", "--output", "out",
-                       "--config", list,      "--dir",    std::string(KORVAN_SOURCE_DIR) + "/samples/repository"};
-        words.insert(words.end(), more.begin(), more.end());
-        return tree_.korvan(words);
+        return tree_.compareTarget(target, more);
     }
 
     // The fingerprint that the file has of the controller.
@@ -89,7 +70,7 @@ TEST_F(Trust, IsGivenOnFirstUseRememberedAndTakenBackFromAChangedController)
     EXPECT_THAT(second.err, Not(HasSubstr("first use")));
 
     serveOne(address_);
-    for (const Texts& options : {Texts{}, Texts{"--trust-on-first-use"}})
+    for (const Words& options : {Words{}, Words{"--trust-on-first-use"}})
     {
         const ProcessOutcome changed = compare(options);
         EXPECT_EQ(changed.exitStatus, kTargetFailed) << changed.out;
@@ -104,7 +85,7 @@ TEST_F(Trust, IsGivenOnFirstUseRememberedAndTakenBackFromAChangedController)
 TEST_F(Trust, IsKeptInTheFileThatTheUserNames)
 {
     serveOne();
-    const Texts file = {"--known-controllers", tree_.file("mine")};
+    const Words file = {"--known-controllers", tree_.file("mine")};
     EXPECT_EQ(compare({file[0], file[1], "--trust-on-first-use"}).exitStatus, 0);
     EXPECT_THAT(readFile(tree_.file("mine")), HasSubstr(address_ + " sha256 "));
     EXPECT_FALSE(fs::exists(tree_.file("home/.korvan")));
@@ -138,7 +119,7 @@ TEST_F(Trust, FollowsTheFingerprintInTheTargetList)
 TEST_F(Trust, SpeaksOldTlsToTheTargetThatMay)
 {
     serveOne("", {{"max_tls", "1.0"}});
-    const Texts authority = {"--cacert", tree_.file("ca.pem")};
+    const Words authority = {"--cacert", tree_.file("ca.pem")};
     const ProcessOutcome refused = compare(authority);
     EXPECT_EQ(refused.exitStatus, kTargetFailed);
     EXPECT_THAT(refused.out, HasSubstr("old_tls"));

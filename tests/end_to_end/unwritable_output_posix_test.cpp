@@ -1,23 +1,12 @@
 #include "end_to_end/fleet_fixture.h"
-
-#include <boost/filesystem/operations.hpp>
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
+#include "end_to_end/names.h"
 
 #include <unistd.h>
 
 namespace
 {
-namespace fs = boost::filesystem;
-using nlohmann::json;
-using test_support::ProcessOutcome;
-using test_support::readFile;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
-using Words = std::vector<std::string>;
+using namespace end_to_end;
 
-constexpr int kTargetFailed = 58;
 constexpr int kCannotMakeFolder = 8;
 
 class UnwritableOutput : public FleetFixture

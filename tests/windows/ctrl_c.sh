@@ -2,33 +2,15 @@
 # Types at korvan.exe on a terminal under Wine: Ctrl-C ends the run in good order, also at a question; a password is asked
 # for and not shown. The servers are simulated by this system's program.
 # Usage: tests/windows/ctrl_c.sh FOLDER-OF-THIS-SYSTEMS-PROGRAMS FOLDER-OF-THE-WINDOWS-PROGRAMS
-set -euo pipefail
-root=$(cd "$(dirname "$0")/../.." && pwd)
-own=$1 windows=$2
-work=$(mktemp -d)
-finish() {
-  exec {stop}>&- || true
-  wait "$simulator" 2>/dev/null || true
-  rm -rf "$work"
-}
-fail() { printf 'error: %s\n' "$*" >&2; exit 1; }
+source "$(dirname "$0")/lib.sh"
 
-cat >"$work/fleet.json" <<END
+start_simulator <<END
 { "defaults": { "user": "admin", "password": "Sample-Passw0rd", "port": 0, "address": "127.0.0.1" },
   "controllers": [
     { "name": "good", "folder": "$root/samples/servers/rack-a" },
     { "name": "silent", "folder": "$root/samples/servers/rack-b", "faults": [ { "path": ".*", "action": "hang" } ] } ] }
 END
-exec {stop}> >(exec "$own/korvan_simulator" --config "$work/fleet.json" --stop-on-eof --cert-out "$work/ca.pem" >"$work/ready" 2>&1)
-simulator=$!
-trap finish EXIT
-for _ in $(seq 100); do
-  grep -qsx ready "$work/ready" && break
-  sleep 0.1
-done
-place() { sed -n "s#^$1 https://##p" "$work/ready"; }
-cp -r "$root/samples/repository" "$work/packages"
-cd "$work"
+place() { sed -n "s#^$1 https://##p" ready; }
 
 # The terminal's text without its control sequences; it draws a blank as a step to the right.
 shown() { sed -e 's/\x1b\[[0-9]*C/ /g' -e 's/\x1b\[[?0-9;]*[A-Za-z]//g' screen 2>/dev/null; }

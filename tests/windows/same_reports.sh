@@ -3,31 +3,12 @@
 # under Wine, both against one simulator of this system. Everything that they print and write must be the same, byte for
 # byte, once line ends and separators of paths are the same.
 # Usage: tests/windows/same_reports.sh FOLDER-OF-THIS-SYSTEMS-PROGRAMS FOLDER-OF-THE-WINDOWS-PROGRAMS
-set -euo pipefail
-root=$(cd "$(dirname "$0")/../.." && pwd)
-own=$1 windows=$2
-work=$(mktemp -d)
-finish() {
-  exec {stop}>&- || true
-  wait "$simulator" 2>/dev/null || true
-  rm -rf "$work"
-}
-fail() { printf 'error: %s\n' "$*" >&2; exit 1; }
+source "$(dirname "$0")/lib.sh"
 
 # Ports of the system's choice.
-sed -e 's/"port": 8443/"port": 0/' -e "s#\"servers/#\"$root/samples/servers/#" "$root/samples/fleet.json" >"$work/fleet.json"
-exec {stop}> >(exec "$own/korvan_simulator" --config "$work/fleet.json" --stop-on-eof --cert-out "$work/ca.pem" >"$work/ready" 2>&1)
-simulator=$!
-trap finish EXIT
-for _ in $(seq 100); do
-  grep -qsx ready "$work/ready" && break
-  sleep 0.1
-done
-grep -qsx ready "$work/ready" || fail "the simulator did not start: $(cat "$work/ready")"
-targets=$(sed -n 's#^[^ ]* https://#admin:Sample-Passw0rd@#p' "$work/ready" | paste -sd,)
+start_simulator < <(sed -e 's/"port": 8443/"port": 0/' -e "s#\"servers/#\"$root/samples/servers/#" "$root/samples/fleet.json")
+targets=$(sed -n 's#^[^ ]* https://#admin:Sample-Passw0rd@#p' ready | paste -sd,)
 
-cp -r "$root/samples/repository" "$work/packages"
-cd "$work"
 # NAME PROGRAM...: runs it with this name for its output.
 compare() {
   local name=$1 status=0

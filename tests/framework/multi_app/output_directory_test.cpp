@@ -7,6 +7,7 @@
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
+using testing::Not;
 
 namespace
 {
@@ -111,4 +112,27 @@ TEST(OutputFolder, TellsWhatIsThereAlready)
     EXPECT_EQ(output_folder::makeOne(folder.file("a"), error), output_folder::Creation::AlreadyThere);
     EXPECT_EQ(output_folder::makeOne(folder.file("b/c"), error), output_folder::Creation::Failed);
     EXPECT_FALSE(error.empty());
+}
+
+TEST_F(OutputDirectory, WarnsOnceOfReportsThatAreNotOfThisRun)
+{
+    context_.options = {{"bmc", "a,b"}, {"pattern", "."}};
+    for (const char* const folder : {"SUCCESS-a", "FAILURE-b", "SUCCESS-c", "FAILURE-d/below", "elsewhere/SUCCESS-a"})
+    {
+        folder_.write(std::string("out/") + folder + "/Korvan-update-compare.xml", "");
+    }
+    folder_.write("out/SUCCESS-e/other.xml", "");
+    const auto succeed = [](const TestApplication&, const nova::ServerInfo&, const std::string&)
+    { return KorvanResult(); };
+    run(succeed);
+    EXPECT_THAT(err_, testing::StartsWith(
+                          "korvan: warning: the folder " + context_.outputDir +
+                          " holds 3 reports of targets that this run does not name; the table and compare_result.json "
+                          "will show them too. Give --output a new folder to leave them out\n"));
+    context_.options.erase("pattern");
+    run(succeed);
+    EXPECT_THAT(err_, Not(HasSubstr("warning"))) << "without a pattern there is no table";
+    context_.options = {{"pattern", "."}};
+    run(succeed);
+    EXPECT_THAT(err_, Not(HasSubstr("warning"))) << "the run is there to show them";
 }

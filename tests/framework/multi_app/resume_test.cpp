@@ -1,11 +1,15 @@
 #include "framework/multi_app/test_application.h"
 
+#include "service/update_scan.h"
+#include "summary_report.h"
+
 #include <mutex>
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 namespace
 {
@@ -52,6 +56,22 @@ TEST_F(Resume, CountsTheTargetsOfTheEarlierRun)
     EXPECT_EQ(results_.size(), 5U);
     EXPECT_THAT(out_, HasSubstr("e  OK          0  Succeed.\na  OK          0  done in an earlier run\n"));
     EXPECT_THAT(out_, HasSubstr("5 targets: 4 succeeded, 1 failed, 0 skipped."));
+}
+
+TEST_F(Resume, TellsWhichInventoriesHadGaps)
+{
+    SummaryReport summary(fs::path(folder_.write("out/SUCCESS-a/report", "")).parent_path().string());
+    summary.PushServiceResult(service::ServiceUpdateScan::ActionName(), 60, "the slots were not read\x1b[2J");
+    summary.PushServiceResult("CompareUpdates", 0, "");
+    summary.GenerateReportFile();
+    folder_.write("out/SUCCESS-b/common_result.xml", "<broken");
+    folder_.write("out/SUCCESS-c/report", "");
+    resume();
+    EXPECT_THAT(out_, HasSubstr("a  OK          0  done in an earlier run; the inventory has gaps: the slots were not "
+                                "read"));
+    EXPECT_THAT(out_, Not(HasSubstr("\x1b")));
+    EXPECT_THAT(out_, HasSubstr("b  OK          0  done in an earlier run\n"));
+    EXPECT_THAT(out_, HasSubstr("c  OK          0  done in an earlier run\n"));
 }
 
 TEST_F(Resume, ReportsWhenNothingIsLeftToDo)

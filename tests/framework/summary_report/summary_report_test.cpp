@@ -1,6 +1,7 @@
 #include "summary_report.h"
 
 #include "log/log_control.h"
+#include "summary_report/summary_file.h"
 #include "support/scratch_folder.h"
 
 #include <gmock/gmock.h>
@@ -84,4 +85,17 @@ TEST(SummaryReport, LogsThePathThatItCannotWrite)
     SummaryReport("/nonexistent/folder").GenerateReportFile();
     log_control::observe(0, log_control::Observer());
     EXPECT_THAT(logged, testing::HasSubstr("/nonexistent/folder/common_result.xml"));
+}
+
+TEST(SummaryReport, TellsAFailedStepOfAFolder)
+{
+    const ScratchFolder folder;
+    SummaryReport report(folder.path());
+    report.PushServiceResult("scan", 60, "one collection was cut");
+    report.PushServiceResult("compare", 0, "");
+    report.GenerateReportFile();
+    EXPECT_EQ(summary_file::serviceFailure(folder.path(), "scan"), "one collection was cut");
+    EXPECT_EQ(summary_file::serviceFailure(folder.path(), "compare"), "");
+    EXPECT_EQ(summary_file::serviceFailure(folder.path(), "query"), "");
+    EXPECT_EQ(summary_file::serviceFailure(folder.file("gone"), "scan"), "");
 }

@@ -1,40 +1,17 @@
-#include "trust/known_controllers.h"
+#include "framework/trust/known_file.h"
 
-#include "support/scratch_folder.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
 
+using known_file::addMany;
+using known_file::kOne;
+using known_file::linesOf;
 using test_support::readFile;
 using test_support::ScratchFolder;
 using trust::Knowledge;
 using trust::KnownControllers;
-
-namespace
-{
-const std::string kOne(64, '1');
-
-std::ptrdiff_t linesOf(const std::string& content)
-{
-    return std::count(content.begin(), content.end(), '\n');
-}
-
-// Adds `count` controllers of one writer; false when one of them was not added.
-bool addMany(const std::string& path, const std::string& writer, int count)
-{
-    bool added = true;
-    for (int index = 0; index < count; ++index)
-    {
-        added = KnownControllers(path).addIfUnknown(writer + "-" + std::to_string(index) + ":443", kOne).added && added;
-    }
-    return added;
-}
-} // namespace
 
 TEST(KnownControllers, LosesNoLineOfThreadsAndProcesses)
 {

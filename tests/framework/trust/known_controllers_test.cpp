@@ -1,46 +1,23 @@
-#include "trust/known_controllers.h"
+#include "framework/trust/known_file.h"
 
 #include "support/file_rights.h"
-#include "support/scratch_folder.h"
 #include "trust/user_files.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <thread>
 #include <vector>
 
+using known_file::addMany;
+using known_file::kOne;
+using known_file::kTwo;
+using known_file::linesOf;
 using test_support::readFile;
 using test_support::ScratchFolder;
 using testing::HasSubstr;
 using trust::Finding;
 using trust::Knowledge;
 using trust::KnownControllers;
-
-namespace
-{
-const std::string kOne(64, '1');
-const std::string kTwo(64, '2');
-
-std::ptrdiff_t linesOf(const std::string& content)
-{
-    return std::count(content.begin(), content.end(), '\n');
-}
-
-// Adds `count` controllers of one writer; false when one of them was not added.
-bool addMany(const std::string& path, const std::string& writer, int count)
-{
-    bool added = true;
-    for (int index = 0; index < count; ++index)
-    {
-        added = KnownControllers(path).addIfUnknown(writer + "-" + std::to_string(index) + ":443", kOne).added && added;
-    }
-    return added;
-}
-} // namespace
 
 TEST(ControllerName, IsLowerCaseWithPortAndBrackets)
 {

@@ -1,30 +1,13 @@
-// What real controllers do wrong, one by one: a controller that does it beside one that works, through the real
-// program. Each fault costs its own target's result and nothing else.
+// What real controllers do wrong, one by one.
 
-#include "end_to_end/fleet_fixture.h"
-
-#include <boost/filesystem/operations.hpp>
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
+#include "end_to_end/faulty_fleet_fixture.h"
+#include "end_to_end/names.h"
 
 #include <ostream>
 
 namespace
 {
-namespace fs = boost::filesystem;
-using nlohmann::json;
-using test_support::ProcessOutcome;
-using test_support::readFile;
-using testing::HasSubstr;
-using Words = std::vector<std::string>;
-
-constexpr int kTargetFailed = 58;
-constexpr int kCut = 13;
-constexpr int kTimeOver = 18;
-constexpr int kNoRedfish = 52;
-constexpr int kUnreadable = 60;
-constexpr char kFaulty[] = "rack-a";
-constexpr char kGood[] = "rack-b";
+using namespace end_to_end;
 
 const Words kShort = {"--target-timeout", "2"};
 
@@ -42,84 +25,6 @@ std::ostream& operator<<(std::ostream& out, const Row& row)
 {
     return out << row.name;
 }
-
-class FaultyFleet : public FleetFixture
-{
-  protected:
-    void serveBeside(const json& entry) { serveEntries({controller(kFaulty, entry), controller(kGood)}); }
-
-    ProcessOutcome compareBoth(const Words& more) const
-    {
-        // None of them answers over IPMI; the connect time bounds how long that is waited for.
-        Words words = {"--bmc",        login(kFaulty),      "--bmc", login(kGood), "--pattern",
-                       "uefi|bmc|nic", "--connect-timeout", "1"};
-        words.insert(words.end(), more.begin(), more.end());
-        return compare(words);
-    }
-
-    // The good one's files are whole and say what they say without a faulty one beside it.
-    void expectGoodUntouched(const ProcessOutcome& outcome) const
-    {
-        const std::string files = "out/SUCCESS-" + folder(kGood) + "/";
-        for (const char* file : {"Korvan-update-scan.xml", "scan_result.txt", "Korvan-update-query.xml",
-                                 "compare_result.txt", "common_result.xml"})
-        {
-            EXPECT_TRUE(exists(files + file)) << file;
-        }
-        EXPECT_EQ(readFile(tree_.file(files + "Korvan-update-compare.xml")), undisturbed_[kGood]);
-        EXPECT_THAT(outcome.out, HasSubstr(folder(kGood) + "  OK          0"));
-        const json table = json::parse(readFile(tree_.file("out/compare_result.json")))["COMPARISON"];
-        EXPECT_TRUE(std::any_of(table.begin(), table.end(),
-                                [this](const json& host) { return host["HOST"] == folder(kGood); }));
-    }
-
-    void expectFailed(const ProcessOutcome& outcome, int code, const std::string& message) const
-    {
-        EXPECT_EQ(outcome.exitStatus, kTargetFailed) << outcome.out << outcome.err;
-        const std::string number = std::to_string(code);
-        const std::string line = folder(kFaulty) + "  FAILED  " + std::string(5 - number.size(), ' ') + number + "  ";
-        const std::size_t at = outcome.out.find(line);
-        ASSERT_NE(at, std::string::npos) << line << "\n" << outcome.out;
-        const std::string told = outcome.out.substr(at, outcome.out.find('\n', at) - at);
-        EXPECT_THAT(told, HasSubstr(message));
-        const std::string files = "out/FAILURE-" + folder(kFaulty) + "/";
-        EXPECT_THAT(readFile(tree_.file(files + "common_result.xml")), HasSubstr(number));
-        EXPECT_FALSE(exists(files + "Korvan-update-compare.xml"));
-        EXPECT_FALSE(exists("out/SUCCESS-" + folder(kFaulty)));
-    }
-
-    void expectLivedThrough(const ProcessOutcome& outcome) const
-    {
-        EXPECT_EQ(outcome.exitStatus, 0) << outcome.out << outcome.err;
-        EXPECT_NE(comparisonOfFaulty(), "");
-    }
-
-    std::string comparisonOfFaulty() const
-    {
-        return readFile(tree_.file("out/SUCCESS-" + folder(kFaulty) + "/Korvan-update-compare.xml"));
-    }
-
-    // The comparisons when nothing is wrong; made once.
-    void SetUp() override
-    {
-        if (undisturbed_.empty())
-        {
-            serve({kGood, kFaulty});
-            ASSERT_EQ(compareBoth({}).exitStatus, 0);
-            for (const char* name : {kGood, kFaulty})
-            {
-                const std::string file = "out/SUCCESS-" + folder(name) + "/Korvan-update-compare.xml";
-                undisturbed_[name] = readFile(tree_.file(file));
-                ASSERT_NE(undisturbed_[name], "");
-            }
-            fs::remove_all(tree_.file("out"));
-        }
-    }
-
-    static std::map<std::string, std::string> undisturbed_;
-};
-
-std::map<std::string, std::string> FaultyFleet::undisturbed_;
 
 class FaultMatrix : public FaultyFleet, public testing::WithParamInterface<Row>
 {
@@ -140,7 +45,7 @@ TEST_P(FaultMatrix, CostsItsOwnResultAndNothingElse)
     if (row.code == 0)
     {
         expectLivedThrough(outcome);
-        EXPECT_EQ(comparisonOfFaulty() == undisturbed_[kFaulty], row.whole);
+        EXPECT_EQ(lostNothing(), row.whole);
         EXPECT_THAT(outcome.out + readFile(tree_.file("out/korvan.log")), HasSubstr(row.message));
     }
     else
@@ -290,80 +195,4 @@ const Row kCollections[] = {
      false},
 };
 INSTANTIATE_TEST_SUITE_P(Collections, FaultMatrix, testing::ValuesIn(kCollections), nameOf);
-
-// Every way in which an answer can stay out or break off, at every stage of a run.
-struct Stage
-{
-    const char* name;
-    const char* path;
-    // How many requests in a row it breaks; the second that stays unanswered ends the work on a target. 0: all.
-    int requests;
-    bool needed; // what it breaks cannot be done without
-};
-
-struct Break
-{
-    const char* name;
-    const char* action;
-    int code;
-    const char* message;
-};
-
-std::ostream& operator<<(std::ostream& out, const Stage& stage)
-{
-    return out << stage.name;
-}
-
-std::ostream& operator<<(std::ostream& out, const Break& broken)
-{
-    return out << broken.name;
-}
-
-class BrokenAnswer : public FaultyFleet, public testing::WithParamInterface<std::tuple<Stage, Break>>
-{
-};
-
-TEST_P(BrokenAnswer, CostsItsOwnResultAndNothingElse)
-{
-    const auto& [stage, broken] = GetParam();
-    json fault = json::parse(broken.action);
-    fault["path"] = stage.path;
-    serveBeside({{"faults", json::array({fault})}, {"behaviour", {{"expand", "ignored"}}}});
-    const auto begin = std::chrono::steady_clock::now();
-    // With the type stated, only the scan asks; what it can do without is a gap.
-    const ProcessOutcome outcome = compareBoth({"--target-timeout", "2", "--mt", "7Y41"});
-    const auto took = std::chrono::steady_clock::now() - begin;
-    ASSERT_FALSE(outcome.timedOut);
-    EXPECT_LT(took, std::chrono::seconds(4)) << "the time limit of the target is 2 s";
-    expectGoodUntouched(outcome);
-    const bool noService = stage.requests == 0 && broken.code == kUnreadable;
-    const bool goesOn = broken.code == kUnreadable || (broken.code == kCut && stage.requests == 1);
-    if (!stage.needed && goesOn)
-    {
-        expectLivedThrough(outcome);
-        EXPECT_THAT(outcome.out, HasSubstr(folder(kFaulty) + "  OK          0  the inventory has gaps: "));
-        return;
-    }
-    expectFailed(outcome, noService ? kNoRedfish : broken.code, noService ? "no Redfish service" : broken.message);
-}
-
-std::string nameOfBreak(const testing::TestParamInfo<std::tuple<Stage, Break>>& info)
-{
-    return std::string(std::get<0>(info.param).name) + std::get<1>(info.param).name;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Everywhere, BrokenAnswer,
-    testing::Combine(
-        testing::Values(Stage{"Root", ".*", 0, true}, Stage{"Systems", "/Systems(\\?|$)", 2, false},
-                        Stage{"System", "/Systems/1$", 1, false}, Stage{"Inventory", "/FirmwareInventory", 2, true}),
-        testing::Values(Break{"Hangs", R"({"action": "hang"})", kTimeOver, "time limit"},
-                        Break{"CutBeforeHeaders", R"({"action": "cut_before_headers"})", kCut, "closed"},
-                        Break{"CutInHeaders", R"({"action": "cut_in_headers"})", kCut, "closed"},
-                        Break{"CutInBody", R"({"action": "cut_in_body"})", kCut, "closed"},
-                        Break{"CutAfterABit", R"({"action": "cut_after_bytes", "bytes": 9})", kCut, ""},
-                        Break{"Empty", R"({"action": "empty_reply"})", kCut, "closed"},
-                        Break{"EmptyBody", R"({"action": "empty_body"})", kUnreadable, "cannot be read"},
-                        Break{"BrokenJson", R"({"action": "broken_json"})", kUnreadable, "cannot be read"})),
-    nameOfBreak);
 } // namespace
