@@ -36,6 +36,7 @@ void handle(int signal, void (*handler)(int))
     ::sigemptyset(&action.sa_mask);
     ::sigaction(signal, &action, nullptr);
 }
+
 // A terminal or connection that is gone ends the run in order, unless it was started to outlive it (nohup).
 void handleHangUp()
 {
@@ -58,5 +59,6 @@ void install()
     handle(SIGTERM, handleTermination);
     handleHangUp();
     handle(SIGPIPE, SIG_IGN);
+    handle(SIGXFSZ, SIG_IGN); // a file that may not grow further is an error of that file, as a full disk is
 }
 } // namespace signals

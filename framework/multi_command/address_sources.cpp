@@ -145,7 +145,7 @@ KorvanResult AddressSources::read(const std::string& option, const std::string& 
         std::string reason;
         if (!append(option, where, address, entries, reason))
         {
-            return KorvanResult(result_code::kInvalidParameter, located(where, reason));
+            return KorvanResult(result_code::kInvalidAddress, located(where, reason));
         }
     }
     return KorvanResult();

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <sstream>
 
 namespace
 {
@@ -32,6 +34,26 @@ bool isDeviceName(const std::string& name)
 bool isFileOfRun(const std::string& name)
 {
     return name == file_name::kLog || name == file_name::kCompareJson;
+}
+
+// What a folder's name may hold on every system is 255 bytes, "SUCCESS-" included; a host name may be nearly as long. The
+// end is the FNV-1a hash of the whole, so that names that begin alike stay apart, and the same in every run.
+std::string shortened(const std::string& name)
+{
+    constexpr std::size_t longest = 200;
+    constexpr std::size_t kept = 180;
+    if (name.size() <= longest)
+    {
+        return name;
+    }
+    std::uint64_t hash = 0xcbf29ce484222325U;
+    for (const char c : name)
+    {
+        hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3U;
+    }
+    std::ostringstream text;
+    text << name.substr(0, kept) << '_' << std::hex << hash;
+    return text.str();
 }
 
 bool isSchemesOwnPort(const nova::ServerInfo& server)
@@ -61,6 +83,6 @@ std::string targetName(const nova::ServerInfo& server)
     {
         name += "_";
     }
-    return isDeviceName(name) || isFileOfRun(name) ? "_" + name : name;
+    return shortened(isDeviceName(name) || isFileOfRun(name) ? "_" + name : name);
 }
 } // namespace multi_command

@@ -40,14 +40,14 @@ std::string complaint(const std::vector<std::string>& words)
 
 TEST(CommandLine, FillsTheContext)
 {
-    const CommandLine line = parse(
-        {"--bmc", "h", "--output=o", "--parallel", "3", "--connect-timeout=4", "--request-timeout=6", "--target-timeout=5", "--log", "4"});
+    const CommandLine line = parse({"--bmc", "h", "--output=o", "--parallel", "3", "--connect-timeout=4",
+                                    "--request-timeout=6", "--target-timeout=5", "--log", "4"});
     ASSERT_EQ(line.outcome, CommandLine::Outcome::Run) << line.text;
     EXPECT_EQ(line.context.programPath, "korvan");
     EXPECT_EQ(line.context.command, "update");
     EXPECT_EQ(line.context.subCommand, "compare");
-    EXPECT_EQ(line.context.argumentCount, 12);
-    EXPECT_EQ(line.context.argumentVector.size(), 12U);
+    EXPECT_EQ(line.context.argumentCount, 13);
+    EXPECT_EQ(line.context.argumentVector.size(), 13U);
     EXPECT_EQ(line.context.outputDir, "o");
     EXPECT_EQ(line.context.parallel, 3);
     EXPECT_EQ(line.context.connectTimeout, 4);

@@ -74,7 +74,7 @@ TEST_F(ModuleTest, NeverTurnsAFailureIntoStatusZero)
 TEST_F(ModuleTest, TellsWhyItCannotStart)
 {
     const ProcessOutcome wrong = runIn("", {"--bmc=u:s3cret@h:0"});
-    EXPECT_EQ(wrong.exitStatus, 5);
+    EXPECT_EQ(wrong.exitStatus, 56);
     EXPECT_EQ(wrong.err, "korvan: option --bmc, address 1: the port of h is no number from 1 to 65535\n");
     EXPECT_FALSE(std::filesystem::exists(folder_.file("out")));
     EXPECT_EQ(runIn("", {"--config=none.json"}).exitStatus, 6);

@@ -101,14 +101,14 @@ TEST_F(AddressSourcesTest, CountTargetsOverAllOptions)
     EXPECT_TRUE(sources.read("bmc", "a[1-99999]", entries_).succeeded());
     EXPECT_TRUE(sources.read("pmx", "b", entries_).succeeded());
     const KorvanResult result = sources.read("cmm", "c", entries_);
-    EXPECT_EQ(result.code, 5U);
+    EXPECT_EQ(result.code, 56U);
     EXPECT_THAT(result.message, HasSubstr("option --cmm, address 1: more than 100000 targets"));
     EXPECT_EQ(hosts().size(), kMostTargets);
 }
 
 TEST_F(AddressSourcesTest, NameTheWrongAddressOfARange)
 {
-    EXPECT_THAT(reason("a,10.0.0.[254-256]", 5), HasSubstr("option --bmc, address 2: the host"));
+    EXPECT_THAT(reason("a,10.0.0.[254-256]", 56), HasSubstr("option --bmc, address 2: the host"));
 }
 
 TEST_F(AddressSourcesTest, RefuseAListWithPasswordsThatOthersCanRead)

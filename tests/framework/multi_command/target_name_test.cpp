@@ -42,6 +42,18 @@ TEST(TargetName, IsAlwaysAPlainFolderName)
     EXPECT_EQ(name("nulls"), "nulls");
 }
 
+TEST(TargetName, IsShortEnoughForAFolder)
+{
+    const std::string label(63, 'a');
+    const std::string host = label + "." + label + "." + label + "." + std::string(60, 'b');
+    const std::string first = name(host, 8443);
+    EXPECT_LE(first.size(), 200U);
+    EXPECT_EQ(first.substr(0, 180), host.substr(0, 180));
+    EXPECT_EQ(first, name(host, 8443));
+    EXPECT_NE(first, name(host, 8444));
+    EXPECT_EQ(name(host.substr(0, 200)), host.substr(0, 200));
+}
+
 TEST(TargetName, IsNoFileOfTheRun)
 {
     EXPECT_EQ(name("korvan.log"), "_korvan.log");

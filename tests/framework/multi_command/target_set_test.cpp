@@ -74,7 +74,7 @@ TEST_F(TargetSet, NamesTheOptionAndThePlaceOfAWrongAddress)
 {
     context_.options = {{"pmx", "10.0.0.1,u:s3cret@h:x"}};
     const KorvanResult result = build();
-    EXPECT_EQ(result.code, 5U);
+    EXPECT_EQ(result.code, 56U);
     EXPECT_THAT(result.message, HasSubstr("--pmx, address 2"));
     EXPECT_THAT(result.message, Not(HasSubstr("s3cret")));
     EXPECT_TRUE(targets_.empty());
@@ -85,7 +85,7 @@ TEST_F(TargetSet, RefusesEmptyAddresses)
     for (const char* value : {"", ",", "h,", "h,,i"})
     {
         context_.options["bmc"] = value;
-        EXPECT_EQ(build().code, 5U) << value;
+        EXPECT_EQ(build().code, 56U) << value;
     }
 }
 
@@ -170,7 +170,7 @@ TEST_F(TargetSet, WarnsOfAnExclusionThatTakesNothing)
     ASSERT_TRUE(result.succeeded()) << result;
     EXPECT_EQ(names(), (std::vector<std::string>{"a1"}));
     context_.options["exclude"] = "a[2";
-    EXPECT_EQ(build().code, 5U);
+    EXPECT_EQ(build().code, 56U);
 }
 
 TEST_F(TargetSet, ReadsALongList)

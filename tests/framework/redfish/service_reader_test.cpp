@@ -180,7 +180,8 @@ TEST_F(ServiceReaderTest, TellsThatOnlySoftwareIsThere)
     {
         const KorvanResult result = readItems();
         EXPECT_EQ(60U, result.number()) << how;
-        EXPECT_THAT(result.messageText(), testing::HasSubstr("the service has no firmware inventory under /u/f")) << how;
+        EXPECT_THAT(result.messageText(), testing::HasSubstr("the service has no firmware inventory under /u/f"))
+            << how;
         EXPECT_EQ("X ", ids()) << how;
         EXPECT_EQ("Software", items_.front().category) << how;
     };
