@@ -107,6 +107,7 @@ struct Behaviour
     std::size_t maxParallelRequests = 0;                         // above it 503; 0: no limit
 
     TlsVersion maxTls = TlsVersion::Any;
+    bool oldCipher = false; // AES256-SHA over TLS 1.2 and nothing else
     CertificateKind certificate = CertificateKind::Valid;
     bool noRedfish = false;
 

@@ -45,6 +45,7 @@ void readTransportSwitches(ConfigReader& reader, Behaviour& behaviour)
     }
     behaviour.maxParallelRequests = reader.number("max_parallel_requests", behaviour.maxParallelRequests, 1000000);
     behaviour.maxTls = choose(reader, "max_tls", {"any", "1.0", "1.1", "1.2", "1.3"}, behaviour.maxTls);
+    behaviour.oldCipher = reader.flag("old_cipher", behaviour.oldCipher);
     behaviour.certificate =
         choose(reader, "certificate", {"valid", "expired", "wrong_host", "self_signed"}, behaviour.certificate);
 }

@@ -13,7 +13,7 @@ namespace ip = boost::asio::ip;
 ip::address loopbackAddress(const std::string& text)
 {
     boost::system::error_code error;
-    const ip::address address = ip::make_address(text, error);
+    ip::address address = ip::make_address(text, error);
     if (error)
     {
         throw SimulatorError("address '" + text + "' is no literal IP address; use one of 127.0.0.0/8, or ::1");

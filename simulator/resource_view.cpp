@@ -156,7 +156,8 @@ Reply hugeCollection(const std::string& path, std::uint64_t members, MemberForm 
             const std::string id = "Generated-" + std::to_string(*next);
             const std::string itemPath = path + "/" + id;
             const json item = form == MemberForm::Expanded ? generatedItem(itemPath, id) : json{{kId, itemPath}};
-            piece += (*next == 1 ? "" : ",") + item.dump(-1, ' ', false, json::error_handler_t::replace);
+            piece += *next == 1 ? "" : ",";
+            piece += item.dump(-1, ' ', false, json::error_handler_t::replace);
             ++*next;
         }
         if (piece.size() < kPieceBytes && *next == members + 1)

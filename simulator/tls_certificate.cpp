@@ -7,6 +7,7 @@
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/rand.h>
+#include <openssl/rsa.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 
@@ -43,6 +44,18 @@ Key newKey()
     check(context && EVP_PKEY_keygen_init(context.get()) == 1 &&
               EVP_PKEY_CTX_set_ec_paramgen_curve_nid(context.get(), NID_X9_62_prime256v1) == 1 &&
               EVP_PKEY_keygen(context.get(), &key) == 1,
+          "making a key");
+    return Key(key);
+}
+
+// For ciphers that exchange keys by RSA.
+Key newRsaKey()
+{
+    constexpr int bits = 2048;
+    const KeyContext context(EVP_PKEY_CTX_new_id(EVP_PKEY_RSA, nullptr));
+    EVP_PKEY* key = nullptr;
+    check(context && EVP_PKEY_keygen_init(context.get()) == 1 &&
+              EVP_PKEY_CTX_set_rsa_keygen_bits(context.get(), bits) == 1 && EVP_PKEY_keygen(context.get(), &key) == 1,
           "making a key");
     return Key(key);
 }
@@ -135,6 +148,13 @@ void limitVersion(SSL_CTX* context, TlsVersion most)
     }
     check(SSL_CTX_set_max_proto_version(context, versionNumber(most)) == 1, "setting the TLS version");
 }
+
+void limitCipher(SSL_CTX* context)
+{
+    check(SSL_CTX_set_max_proto_version(context, TLS1_2_VERSION) == 1 &&
+              SSL_CTX_set_cipher_list(context, "AES256-SHA") == 1,
+          "setting the cipher");
+}
 } // namespace
 
 struct CertificateAuthority::Keys
@@ -164,24 +184,30 @@ std::shared_ptr<boost::asio::ssl::context> CertificateAuthority::serverContext(c
 {
     const bool expired = behaviour.certificate == CertificateKind::Expired;
     const bool selfSigned = behaviour.certificate == CertificateKind::SelfSigned;
+    const Key rsaKey = behaviour.oldCipher ? newRsaKey() : Key();
+    EVP_PKEY* const key = behaviour.oldCipher ? rsaKey.get() : keys_->serverKey.get();
     const Certificate certificate =
-        newCertificate(name, keys_->serverKey.get(), expired ? -30 * kDay : -kDay, expired ? -2 * kDay : 365 * kDay);
+        newCertificate(name, key, expired ? -30 * kDay : -kDay, expired ? -2 * kDay : 365 * kDay);
     addExtension(certificate.get(), certificate.get(), NID_basic_constraints, "critical,CA:FALSE");
-    addExtension(certificate.get(), certificate.get(), NID_key_usage, "critical,digitalSignature");
+    addExtension(certificate.get(), certificate.get(), NID_key_usage,
+                 behaviour.oldCipher ? "critical,keyEncipherment" : "critical,digitalSignature");
     addExtension(certificate.get(), certificate.get(), NID_ext_key_usage, "serverAuth");
     const std::string names = behaviour.certificate == CertificateKind::WrongHost
                                   ? "DNS:elsewhere.invalid"
                                   : "DNS:localhost,IP:127.0.0.1" + (address == "127.0.0.1" ? "" : ",IP:" + address);
     addExtension(certificate.get(), certificate.get(), NID_subject_alt_name, names);
     sign(certificate.get(), selfSigned ? certificate.get() : keys_->authority.get(),
-         selfSigned ? keys_->serverKey.get() : keys_->authorityKey.get());
+         selfSigned ? key : keys_->authorityKey.get());
 
     auto context = std::make_shared<boost::asio::ssl::context>(boost::asio::ssl::context::tls_server);
     SSL_CTX* const native = context->native_handle();
-    check(SSL_CTX_use_certificate(native, certificate.get()) == 1 &&
-              SSL_CTX_use_PrivateKey(native, keys_->serverKey.get()) == 1,
+    check(SSL_CTX_use_certificate(native, certificate.get()) == 1 && SSL_CTX_use_PrivateKey(native, key) == 1,
           "loading a certificate");
     limitVersion(native, behaviour.maxTls);
+    if (behaviour.oldCipher)
+    {
+        limitCipher(native);
+    }
     return context;
 }
 } // namespace simulator

@@ -266,6 +266,10 @@ void CurlTransport::State::prepareTlsVersion()
         // OpenSSL's higher levels refuse the signatures of the old versions (SSL_CTX_set_security_level(3)).
         curl_easy_setopt(easy, CURLOPT_SSL_CIPHER_LIST, "DEFAULT:@SECLEVEL=0");
     }
+    else if (trust::CertificateCheck::available()) // the names of ciphers are OpenSSL's
+    {
+        curl_easy_setopt(easy, CURLOPT_SSL_CIPHER_LIST, "DEFAULT:!SHA1");
+    }
 }
 
 // False when the target's certificate could not be judged as the option asks; nothing may be sent then.

@@ -6,10 +6,6 @@
 
 using namespace end_to_end;
 
-constexpr char FleetFixture::kUser[];
-constexpr char FleetFixture::kPassword[];
-constexpr char FleetFixture::kWrongPassword[];
-
 json FleetFixture::controller(const std::string& name)
 {
     return {{"name", name},           {"folder", std::string(KORVAN_SOURCE_DIR) + "/samples/servers/" + name},

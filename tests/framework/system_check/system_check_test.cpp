@@ -41,7 +41,7 @@ TEST(SystemList, ThatCannotBeReadCountsAsEmpty)
     const test_support::ScratchFolder folder;
     EXPECT_TRUE(system_check::readSystemList(folder.path() + "/none.txt").empty());
     EXPECT_TRUE(system_check::readSystemList(folder.path()).empty());
-    folder.write("large.txt", std::string(2U * 1024U * 1024U, '\n') + "7T01\n");
+    folder.write("large.txt", std::string(std::size_t{2} * 1024 * 1024, '\n') + "7T01\n");
     EXPECT_TRUE(system_check::readSystemList(folder.path() + "/large.txt").empty());
 }
 

@@ -230,9 +230,9 @@ TEST_F(LiveTrustTest, FirstUsesAtTheSameTimeAddOneLine)
 
 TEST_F(LiveTrustTest, OldTlsIsSpokenOnlyWhenAsked)
 {
-    for (const char* newest : {"1.0", "1.1"})
+    for (const char* newest : {R"("max_tls": "1.0")", R"("max_tls": "1.1")", R"("old_cipher": true)"})
     {
-        SimulatedController controller("rack-a", std::string(R"("behaviour": {"max_tls": ")") + newest + R"("})");
+        SimulatedController controller("rack-a", std::string(R"("behaviour": {)") + newest + "}");
         ConnectOption option = optionFor(controller);
         option.caCert = controller.caFile();
         const KorvanResult refused = read(option);

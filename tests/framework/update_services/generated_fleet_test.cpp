@@ -126,7 +126,7 @@ void writeRepository(const test_support::ScratchFolder& folder, const std::vecto
             text.machineTypes = package.machineTypes.empty()
                                     ? "<MACHINETYPE>*</MACHINETYPE>"
                                     : "<MACHINETYPE>" + *package.machineTypes.begin() + "</MACHINETYPE>";
-            const auto next = static_cast<std::size_t>(device.number + 1);
+            const auto next = static_cast<std::size_t>(device.number) + 1;
             if (device.inGroup() == kSuperseding)
             {
                 text.extra = "<SUPERSEDE>" + devices[next].newestId() + "</SUPERSEDE>";
@@ -189,7 +189,7 @@ std::string expectedDecision(const std::vector<Device>& devices, const Device& d
     const auto required = target.installed.find(device.number + 1);
     if (device.inGroup() == kDependent && required != target.installed.end())
     {
-        const Device& next = devices[static_cast<std::size_t>(device.number + 1)];
+        const Device& next = devices[static_cast<std::size_t>(device.number) + 1];
         if (next.newestExcluded() && required->second.front() < next.packages.back().version)
         {
             return "13";
