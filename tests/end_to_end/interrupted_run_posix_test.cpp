@@ -81,6 +81,20 @@ TEST_P(InterruptedRun, LeavesWholeFilesNoSessionAndAReport)
     EXPECT_EQ(counted["sessions_open"], 0) << counted.dump(2);
 }
 
+TEST_F(FleetFixture, FinishesALoginThatIsUnderWayWhenInterrupted)
+{
+    const json slowLogin = {{"method", "POST"}, {"path", "Sessions$"}, {"action", "slow"}, {"delay_ms", 6500}};
+    serveEntries({controller(
+        "rack-a", {{"behaviour", {{"authentication", "sessions_only"}}}, {"faults", json::array({slowLogin})}})});
+    tree_.options.interruptAfter = std::chrono::milliseconds(1000);
+    const ProcessOutcome outcome = compare({"--bmc", login("rack-a")});
+    ASSERT_FALSE(outcome.timedOut);
+    EXPECT_EQ(outcome.exitStatus, kTasksSkipped) << outcome.out << outcome.err;
+    const json counted = statistics();
+    EXPECT_EQ(counted["controllers"][0]["sessions_created"], 1) << counted.dump(2);
+    EXPECT_EQ(counted["sessions_open"], 0) << counted.dump(2);
+}
+
 TEST_F(FleetFixture, EndsInOrderWhenItsTerminalIsGone)
 {
     serve({"rack-a"}, {"rack-a"});
