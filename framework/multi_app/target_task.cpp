@@ -81,7 +81,13 @@ void logResult(const KorvanResult& result)
 // A success has nothing else to say; a failure says its own reason first.
 void addRemarks(const std::vector<std::string>& remarks, KorvanResult& result)
 {
-    const std::string text = text::join(remarks, "; ");
+    std::vector<std::string> parts;
+    for (const std::string& remark : remarks)
+    {
+        const bool stopped = !remark.empty() && remark.back() == '.';
+        parts.push_back(stopped ? remark.substr(0, remark.size() - 1) : remark);
+    }
+    const std::string text = text::join(parts, "; ");
     if (!text.empty())
     {
         result.message = result.succeeded() ? text : text::trim(result.messageText()) + " Before that: " + text;

@@ -48,7 +48,7 @@ class Outcome
         KorvanResult result(result_code::kRestDataUnreadable,
                             client.target() + ": the service has no firmware inventory" +
                                 (path.empty() ? "" : " under " + text::visible(path)) +
-                                "; firmware packages are shown as if it had no device for them.");
+                                "; firmware packages are shown as if it had no device for them");
         KORVAN_LOG(2, kSource) << result.messageText();
         if (first_.ok())
         {
