@@ -4,7 +4,13 @@ add_library(korvan_compile_options INTERFACE)
 target_compile_options(korvan_compile_options INTERFACE
   "$<$<CXX_COMPILER_ID:GNU,Clang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wnon-virtual-dtor;-Woverloaded-virtual>"
   $<$<AND:$<CXX_COMPILER_ID:GNU,Clang>,$<BOOL:${KORVAN_WARNINGS_AS_ERRORS}>>:-Werror>
-  "$<$<CXX_COMPILER_ID:MSVC>:/W4;/utf-8;/permissive-;/EHsc>")
+  # 4251 and 4275: exported classes have members and bases of the standard library. All our files are built with one
+  # compiler and share its runtime library.
+  "$<$<CXX_COMPILER_ID:MSVC>:/W4;/utf-8;/permissive-;/EHsc;/Zc:__cplusplus;/bigobj;/wd4251;/wd4275>"
+  $<$<AND:$<CXX_COMPILER_ID:MSVC>,$<BOOL:${KORVAN_WARNINGS_AS_ERRORS}>>:/WX>)
+if(MSVC)
+  target_compile_definitions(korvan_compile_options INTERFACE _CRT_SECURE_NO_WARNINGS)
+endif()
 
 # Which file of a pair `x_posix.cpp` and `x_win32.cpp` is built.
 if(WIN32)
@@ -43,8 +49,15 @@ function(korvan_windows_program target)
   elseif(WIN32)
     target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/windows/program.manifest)
   endif()
+endfunction()
+
+# korvan_library_search(TARGET FLAGS)
+# Where the system looks for the libraries that a file imports, as LoadLibraryEx has it: 0x200 is the program's folder,
+# 0x800 the system's. Without it the working folder and PATH follow. MinGW's linker has no such option; what our files
+# import lies in those two folders, which come first anyway.
+function(korvan_library_search target flags)
   if(MSVC)
-    target_link_options(${target} PRIVATE /DEPENDENTLOADFLAG:0x800)
+    target_link_options(${target} PRIVATE /DEPENDENTLOADFLAG:${flags})
   endif()
 endfunction()
 
