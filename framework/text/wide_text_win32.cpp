@@ -90,13 +90,4 @@ std::string systemReason(unsigned long number)
     ::LocalFree(words);
     return text::trim(text);
 }
-
-std::string environment(const wchar_t* name)
-{
-    const DWORD needed = ::GetEnvironmentVariableW(name, nullptr, 0);
-    std::wstring value(needed, L'\0');
-    const DWORD length = ::GetEnvironmentVariableW(name, value.data(), needed);
-    value.resize(length < needed ? length : 0);
-    return toUtf8(value);
-}
 } // namespace wide_text

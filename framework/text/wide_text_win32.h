@@ -17,7 +17,4 @@ std::wstring path(const std::string& path);
 
 // The system's words for an error number (GetLastError), without the line end.
 std::string systemReason(unsigned long number);
-
-// A variable of the environment; empty when there is none.
-std::string environment(const wchar_t* name);
 } // namespace wide_text
