@@ -266,7 +266,7 @@ bool start(const ChildRequest& request, const Streams& streams, PROCESS_INFORMAT
     std::wstring environment = environmentBlock(request.environment);
     constexpr DWORD kFlags = CREATE_NO_WINDOW | CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP |
                              CREATE_UNICODE_ENVIRONMENT | EXTENDED_STARTUPINFO_PRESENT;
-    return ::CreateProcessW(wide_text::path(request.program).c_str(), line.data(), nullptr, nullptr, TRUE, kFlags,
+    return ::CreateProcessW(wide_text::plainPath(request.program).c_str(), line.data(), nullptr, nullptr, TRUE, kFlags,
                             environment.data(), nullptr, &startup.StartupInfo, &process) != 0;
 }
 } // namespace
