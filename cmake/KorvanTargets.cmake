@@ -9,7 +9,8 @@ target_compile_options(korvan_compile_options INTERFACE
   "$<$<CXX_COMPILER_ID:MSVC>:/W4;/utf-8;/permissive-;/EHsc;/Zc:__cplusplus;/bigobj;/wd4251;/wd4275>"
   $<$<AND:$<CXX_COMPILER_ID:MSVC>,$<BOOL:${KORVAN_WARNINGS_AS_ERRORS}>>:/WX>)
 if(MSVC)
-  target_compile_definitions(korvan_compile_options INTERFACE _CRT_SECURE_NO_WARNINGS)
+  # The libraries of Boost are named here, not by their headers.
+  target_compile_definitions(korvan_compile_options INTERFACE _CRT_SECURE_NO_WARNINGS BOOST_ALL_NO_LIB)
 endif()
 
 # Which file of a pair `x_posix.cpp` and `x_win32.cpp` is built.
@@ -51,13 +52,12 @@ function(korvan_windows_program target)
   endif()
 endfunction()
 
-# korvan_library_search(TARGET FLAGS)
-# Where the system looks for the libraries that a file imports, as LoadLibraryEx has it: 0x200 is the program's folder,
-# 0x800 the system's. Without it the working folder and PATH follow. MinGW's linker has no such option; what our files
-# import lies in those two folders, which come first anyway.
-function(korvan_library_search target flags)
+# Lets the system look for the libraries that a file imports in the program's folder (LOAD_LIBRARY_SEARCH_APPLICATION_DIR,
+# 0x200) and its own (LOAD_LIBRARY_SEARCH_SYSTEM32, 0x800) alone; else the working folder and PATH follow. MinGW's linker has
+# no such option, but what our files import lies in those two, which come first anyway.
+function(korvan_library_search target)
   if(MSVC)
-    target_link_options(${target} PRIVATE /DEPENDENTLOADFLAG:${flags})
+    target_link_options(${target} PRIVATE /DEPENDENTLOADFLAG:0xA00)
   endif()
 endfunction()
 
