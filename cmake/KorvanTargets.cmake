@@ -4,7 +4,14 @@ add_library(korvan_compile_options INTERFACE)
 target_compile_options(korvan_compile_options INTERFACE
   "$<$<CXX_COMPILER_ID:GNU,Clang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wnon-virtual-dtor;-Woverloaded-virtual>"
   $<$<AND:$<CXX_COMPILER_ID:GNU,Clang>,$<BOOL:${KORVAN_WARNINGS_AS_ERRORS}>>:-Werror>
-  "$<$<CXX_COMPILER_ID:MSVC>:/W4;/utf-8;/permissive-;/EHsc>")
+  # 4251 and 4275: exported classes have members and bases of the standard library. All our files are built with one
+  # compiler and share its runtime library.
+  "$<$<CXX_COMPILER_ID:MSVC>:/W4;/utf-8;/permissive-;/EHsc;/Zc:__cplusplus;/bigobj;/wd4251;/wd4275>"
+  $<$<AND:$<CXX_COMPILER_ID:MSVC>,$<BOOL:${KORVAN_WARNINGS_AS_ERRORS}>>:/WX>)
+if(MSVC)
+  # The libraries of Boost are named here, not by their headers.
+  target_compile_definitions(korvan_compile_options INTERFACE _CRT_SECURE_NO_WARNINGS BOOST_ALL_NO_LIB)
+endif()
 
 # Which file of a pair `x_posix.cpp` and `x_win32.cpp` is built.
 if(WIN32)
@@ -43,8 +50,14 @@ function(korvan_windows_program target)
   elseif(WIN32)
     target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/windows/program.manifest)
   endif()
+endfunction()
+
+# Lets the system look for the libraries that a file imports in the program's folder (LOAD_LIBRARY_SEARCH_APPLICATION_DIR,
+# 0x200) and its own (LOAD_LIBRARY_SEARCH_SYSTEM32, 0x800) alone; else the working folder and PATH follow. MinGW's linker has
+# no such option, but what our files import lies in those two, which come first anyway.
+function(korvan_library_search target)
   if(MSVC)
-    target_link_options(${target} PRIVATE /DEPENDENTLOADFLAG:0x800)
+    target_link_options(${target} PRIVATE /DEPENDENTLOADFLAG:0xA00)
   endif()
 endfunction()
 

@@ -1,3 +1,4 @@
+#include "library_search.h"
 #include "process_title.h"
 #include "program.h"
 #include "program_words.h"
@@ -7,6 +8,7 @@
 
 int main(int argc, char** argv)
 {
+    library_search::narrow();
     const std::vector<std::string> words = programWords(argc, argv);
     process_title::hideSecrets(argc, argv);
     return runProgram(words);

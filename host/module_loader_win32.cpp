@@ -4,8 +4,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
-
 namespace
 {
 constexpr char kEntry[] = "create_instance";
@@ -25,8 +23,7 @@ std::unique_ptr<LoadedModule> LoadedModule::load(const std::string& path, std::s
 {
     // The search flags ask for a whole path with backslashes. What the module needs comes from its own folder or from the
     // system's; the working folder and PATH are not looked into.
-    std::wstring whole = wide_text::fromUtf8(path);
-    std::replace(whole.begin(), whole.end(), L'/', L'\\');
+    const std::wstring whole = wide_text::plainPath(path);
     const HMODULE handle =
         ::LoadLibraryExW(whole.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
     if (handle == nullptr)

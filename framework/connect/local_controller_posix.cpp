@@ -1,4 +1,5 @@
 #include "connect/local_devices.h"
+#include "connect/local_items.h"
 #include "connect/smbios.h"
 #include "text/text.h"
 #include "xmodule_log.h"
@@ -36,8 +37,7 @@ bool smbiosHasController(const SystemTree& tree)
             return true;
         }
     }
-    const std::set<unsigned> types = smbiosTypes(tree.content(kDmiTable, kLargestTable));
-    return types.count(kSmbiosIpmiDevice) + types.count(kSmbiosControllerInterface) != 0;
+    return tellsOfController(tree.content(kDmiTable, kLargestTable));
 }
 } // namespace
 
@@ -49,24 +49,12 @@ void addController(const SystemTree& tree, service::UpdateScanReport& report)
         KORVAN_LOG(3, kSource) << "localhost: no management controller is seen from here";
         return;
     }
-    service::ScanItem item;
-    item.id = "bmc";
-    item.name = "Management controller";
-    item.softwareId = report.GetMT().empty() ? "BMC" : "BMC-" + report.GetMT();
-    item.category = "Firmware";
-    item.classification = "BMC";
-    item.slotType = "0";
-    item.slotNumber = "0";
     if (device.empty())
     {
         KORVAN_LOG(2, kSource)
             << "localhost: the firmware version of the management controller stays unknown; load the "
                "kernel's IPMI driver (ipmi_si)";
     }
-    else
-    {
-        item.version = tree.attribute(device + "firmware_revision");
-    }
-    report.AddScanResult(item);
+    addManagementController(device.empty() ? std::string() : tree.attribute(device + "firmware_revision"), report);
 }
 } // namespace connect

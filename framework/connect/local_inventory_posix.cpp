@@ -1,6 +1,7 @@
 #include "connect/local_inventory.h"
 
 #include "connect/local_devices.h"
+#include "connect/local_items.h"
 #include "connect/os_release.h"
 #include "connect/system_tree.h"
 #include "redfish/machine_type.h"
@@ -17,13 +18,6 @@ constexpr char kSource[] = "framework/connect/local_inventory";
 constexpr char kDmi[] = "/sys/class/dmi/id/";
 constexpr std::size_t kLargestOsRelease = 65536;
 
-// "07/24/2026", as SMBIOS has it (DMTF DSP0134, BIOS Information), to "2026-07-24".
-std::string isoDate(const std::string& date)
-{
-    const bool american = date.size() == 10 && date[2] == '/' && date[5] == '/';
-    return american ? date.substr(6) + "-" + date.substr(0, 2) + "-" + date.substr(3, 2) : std::string();
-}
-
 void readMachine(const SystemTree& tree, service::UpdateScanReport& report)
 {
     std::vector<std::string> candidates;
@@ -36,27 +30,6 @@ void readMachine(const SystemTree& tree, service::UpdateScanReport& report)
     {
         KORVAN_LOG(2, kSource) << "localhost: no machine type in " << kDmi << "; state it with --mt";
     }
-}
-
-void readBios(const SystemTree& tree, service::UpdateScanReport& report)
-{
-    const std::string version = tree.attribute(std::string(kDmi) + "bios_version");
-    if (version.empty())
-    {
-        return;
-    }
-    service::ScanItem item;
-    item.id = "bios";
-    item.name = "System firmware (UEFI)";
-    item.softwareId = report.GetMT().empty() ? "UEFI" : "UEFI-" + report.GetMT();
-    item.version = version;
-    item.category = "Firmware";
-    item.classification = "UEFI";
-    item.manufacturer = tree.attribute(std::string(kDmi) + "bios_vendor");
-    item.releaseDate = isoDate(tree.attribute(std::string(kDmi) + "bios_date"));
-    item.slotType = "0";
-    item.slotNumber = "0";
-    report.AddScanResult(item);
 }
 
 void readOperatingSystem(const SystemTree& tree, service::UpdateScanReport& report)
@@ -101,7 +74,9 @@ KorvanResult readLocalInventory(const std::string& root, service::UpdateScanRepo
     const AskNetworkDriver ask = tree.real() ? AskNetworkDriver(network_driver::ask)
                                              : [](const std::string&, network_driver::Facts&) { return false; };
     readMachine(tree, report);
-    readBios(tree, report);
+    addSystemFirmware(tree.attribute(std::string(kDmi) + "bios_vendor"),
+                      tree.attribute(std::string(kDmi) + "bios_version"),
+                      tree.attribute(std::string(kDmi) + "bios_date"), report);
     addController(tree, report);
     addDisks(tree, report);
     readOperatingSystem(tree, report);

@@ -1,6 +1,9 @@
 #include "connect/local_inventory.h"
 
+#include "connect/local_items.h"
+#include "connect/present_devices_win32.h"
 #include "connect/smbios.h"
+#include "connect/windows_drivers.h"
 #include "connect/windows_release.h"
 #include "files/files.h"
 #include "redfish/machine_type.h"
@@ -10,12 +13,6 @@
 
 #include <windows.h>
 
-#include <devguid.h>
-#include <setupapi.h>
-#include <winternl.h>
-
-#include <cstring>
-#include <map>
 #include <vector>
 
 namespace connect
@@ -26,7 +23,6 @@ constexpr char kSource[] = "framework/connect/local_inventory";
 constexpr DWORD kSmbiosProvider = 0x52534D42;  // "RSMB" (GetSystemFirmwareTable)
 constexpr std::size_t kSmbiosHeaderLength = 8; // of RawSMBIOSData: calling method, version, revision, length
 constexpr std::size_t kLargestTable = std::size_t{1} << 20U;
-constexpr std::size_t kMostDrivers = 256;
 constexpr char kTableFile[] = "/smbios"; // below a root that a caller states
 
 // The firmware's structure table; empty, and logged, when it cannot be had.
@@ -64,24 +60,16 @@ void readMachine(const MachineDescription& machine, service::UpdateScanReport& r
     }
 }
 
-void readBios(const MachineDescription& machine, service::UpdateScanReport& report)
+void readController(const std::string& table, service::UpdateScanReport& report)
 {
-    if (machine.biosVersion.empty())
+    if (!tellsOfController(table))
     {
+        KORVAN_LOG(3, kSource) << "localhost: no management controller is seen from here";
         return;
     }
-    service::ScanItem item;
-    item.id = "bios";
-    item.name = "System firmware (UEFI)";
-    item.softwareId = report.GetMT().empty() ? "UEFI" : "UEFI-" + report.GetMT();
-    item.version = machine.biosVersion;
-    item.category = "Firmware";
-    item.classification = "UEFI";
-    item.manufacturer = machine.biosVendor;
-    item.releaseDate = isoDateOfBios(machine.biosDate);
-    item.slotType = "0";
-    item.slotNumber = "0";
-    report.AddScanResult(item);
+    KORVAN_LOG(2, kSource) << "localhost: the firmware version of the management controller stays unknown; name the "
+                              "controller itself as a target to compare its firmware";
+    addManagementController(std::string(), report);
 }
 
 void readOperatingSystem(service::UpdateScanReport& report)
@@ -119,71 +107,14 @@ void readArchitecture(service::UpdateScanReport& report)
     }
 }
 
-std::string deviceProperty(HDEVINFO devices, SP_DEVINFO_DATA& device, DWORD property)
-{
-    wchar_t value[512] = {};
-    if (::SetupDiGetDeviceRegistryPropertyW(devices, &device, property, nullptr, reinterpret_cast<BYTE*>(value),
-                                            sizeof value - sizeof(wchar_t), nullptr) == 0)
-    {
-        return std::string();
-    }
-    return text::trim(wide_text::toUtf8(value, std::wcslen(value)));
-}
-
-std::string driverVersion(HDEVINFO devices, SP_DEVINFO_DATA& device)
-{
-    const HKEY key = ::SetupDiOpenDevRegKey(devices, &device, DICS_FLAG_GLOBAL, 0, DIREG_DRV, KEY_QUERY_VALUE);
-    if (key == INVALID_HANDLE_VALUE)
-    {
-        return std::string();
-    }
-    wchar_t value[128] = {};
-    DWORD size = sizeof value - sizeof(wchar_t);
-    const LSTATUS status =
-        ::RegQueryValueExW(key, L"DriverVersion", nullptr, nullptr, reinterpret_cast<BYTE*>(value), &size);
-    ::RegCloseKey(key);
-    return status == ERROR_SUCCESS ? text::trim(wide_text::toUtf8(value, std::wcslen(value))) : std::string();
-}
-
-// Name of the driver's service to its version, of the network adapters that are there. Adapters without hardware of
-// their own, which the system makes itself, are left out.
-std::map<std::string, std::string> networkDrivers()
-{
-    std::map<std::string, std::string> drivers;
-    const HDEVINFO devices = ::SetupDiGetClassDevsW(&GUID_DEVCLASS_NET, nullptr, nullptr, DIGCF_PRESENT);
-    if (devices == INVALID_HANDLE_VALUE)
-    {
-        KORVAN_LOG(2, kSource) << "localhost: the network adapters cannot be listed: "
-                               << wide_text::systemReason(::GetLastError());
-        return drivers;
-    }
-    SP_DEVINFO_DATA device = {};
-    device.cbSize = sizeof device;
-    for (DWORD index = 0; ::SetupDiEnumDeviceInfo(devices, index, &device) != 0 && drivers.size() < kMostDrivers;
-         ++index)
-    {
-        const std::string service = deviceProperty(devices, device, SPDRP_SERVICE);
-        const std::string bus = deviceProperty(devices, device, SPDRP_ENUMERATOR_NAME);
-        if (!service.empty() && (bus == "PCI" || bus == "USB"))
-        {
-            drivers.emplace(text::toLower(service), driverVersion(devices, device));
-        }
-    }
-    ::SetupDiDestroyDeviceInfoList(devices);
-    return drivers;
-}
-
 void readDrivers(service::UpdateScanReport& report)
 {
-    for (const auto& [driver, version] : networkDrivers())
+    for (const service::ScanItem& item : driverItems(presentDevices()))
     {
-        service::ScanItem item;
-        item.id = "driver-" + driver;
-        item.name = driver + " network driver";
-        item.softwareId = driver;
-        item.version = version;
-        item.category = "Driver";
-        item.classification = "Network";
+        if (item.version.empty())
+        {
+            KORVAN_LOG(2, kSource) << "localhost: the driver " << item.softwareId << " tells no version";
+        }
         report.AddScanResult(item);
     }
 }
@@ -191,12 +122,18 @@ void readDrivers(service::UpdateScanReport& report)
 
 KorvanResult readLocalInventory(const std::string& root, service::UpdateScanReport& report)
 {
-    const MachineDescription machine = readSmbios(smbiosTable(root));
+    const std::string table = smbiosTable(root);
+    const MachineDescription machine = readSmbios(table);
     readMachine(machine, report);
-    readBios(machine, report);
+    addSystemFirmware(machine.biosVendor, machine.biosVersion, machine.biosDate, report);
+    readController(table, report);
     readOperatingSystem(report);
     readArchitecture(report);
-    readDrivers(report);
+    // Only this machine's own devices can be asked.
+    if (root.empty())
+    {
+        readDrivers(report);
+    }
     KORVAN_LOG(3, kSource) << "localhost: machine type \"" << report.GetMT() << "\", system \"" << report.GetOS()
                            << "\", " << report.GetScanResults().size() << " items";
     return KorvanResult();

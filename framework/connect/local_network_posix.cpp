@@ -1,4 +1,5 @@
 #include "connect/local_devices.h"
+#include "connect/local_items.h"
 #include "text/text.h"
 #include "xmodule_log.h"
 
@@ -108,17 +109,6 @@ std::string moduleOf(const std::string& driver)
     return module;
 }
 
-service::ScanItem driverItem(const std::string& driver, const std::string& version)
-{
-    service::ScanItem item;
-    item.id = "driver-" + driver;
-    item.name = driver + " driver";
-    item.softwareId = driver;
-    item.version = version;
-    item.category = "Driver";
-    return item;
-}
-
 // Modules that drive something have a folder with their drivers; others, such as protocols, are part of the system.
 bool drivesSomething(const SystemTree& tree, const std::string& module)
 {
@@ -137,8 +127,7 @@ void addDrivers(const SystemTree& tree, const std::vector<Port>& ports, service:
         }
         const std::string version = tree.optionalAttribute(kModules + module + "/version");
         service::ScanItem item = driverItem(port.driver, version.empty() ? port.told.version : version);
-        item.name = port.driver + " network driver";
-        item.classification = "Network";
+        markNetworkDriver(item);
         if (item.version.empty())
         {
             KORVAN_LOG(2, kSource) << "localhost: the driver " << port.driver << " tells no version of its own";

@@ -131,6 +131,12 @@ std::set<unsigned> smbiosTypes(const std::string& table)
     return types;
 }
 
+bool tellsOfController(const std::string& table)
+{
+    const std::set<unsigned> types = smbiosTypes(table);
+    return types.count(kSmbiosIpmiDevice) + types.count(kSmbiosControllerInterface) != 0;
+}
+
 std::string isoDateOfBios(const std::string& date)
 {
     const bool american = date.size() == 10 && date[2] == '/' && date[5] == '/';

@@ -29,6 +29,9 @@ constexpr unsigned kSmbiosControllerInterface = 42;
 // The types of the structures before the end of the table, or before the first that is cut off.
 std::set<unsigned> smbiosTypes(const std::string& table);
 
+// True when one of them says that a management controller is there.
+bool tellsOfController(const std::string& table);
+
 // That date to "2026-07-24"; empty when it is none.
 std::string isoDateOfBios(const std::string& date);
 } // namespace connect

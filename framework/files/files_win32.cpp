@@ -1,5 +1,7 @@
 #include "files/files.h"
 
+#include "files/handle_win32.h"
+#include "files/moves_win32.h"
 #include "files/owner_only_win32.h"
 #include "text/wide_text_win32.h"
 
@@ -11,38 +13,9 @@
 
 namespace
 {
+using files::FileHandle;
+
 constexpr int kMostNames = 100;
-// A scanner for malware keeps a new file open for a moment.
-constexpr int kRenameTries = 20;
-constexpr DWORD kRenamePause = 50; // milliseconds
-
-class FileHandle
-{
-  public:
-    explicit FileHandle(HANDLE value) : value_(value) {}
-    ~FileHandle() { close(); }
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-
-    HANDLE get() const { return value_; }
-    bool valid() const { return value_ != INVALID_HANDLE_VALUE; }
-
-    bool close()
-    {
-        const HANDLE closing = value_;
-        value_ = INVALID_HANDLE_VALUE;
-        return closing == INVALID_HANDLE_VALUE || ::CloseHandle(closing) != 0;
-    }
-
-  private:
-    HANDLE value_;
-};
-
-bool isMissing(DWORD reason)
-{
-    return reason == ERROR_FILE_NOT_FOUND || reason == ERROR_PATH_NOT_FOUND || reason == ERROR_INVALID_NAME ||
-           reason == ERROR_BAD_NETPATH || reason == ERROR_BAD_NET_NAME;
-}
 
 bool writeAll(HANDLE file, const std::string& content)
 {
@@ -83,27 +56,6 @@ HANDLE createTemporary(const std::wstring& path, std::wstring& name)
         }
     }
     return file;
-}
-
-bool moveOver(const std::wstring& from, const std::wstring& to)
-{
-    for (int tries = 1;; ++tries)
-    {
-        if (::MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
-        {
-            return true;
-        }
-        const DWORD reason = ::GetLastError();
-        const bool kept = reason == ERROR_SHARING_VIOLATION || reason == ERROR_ACCESS_DENIED;
-        const DWORD attributes = ::GetFileAttributesW(to.c_str());
-        const bool folder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        if (!kept || folder || tries == kRenameTries)
-        {
-            ::SetLastError(reason);
-            return false;
-        }
-        ::Sleep(kRenamePause);
-    }
 }
 } // namespace
 

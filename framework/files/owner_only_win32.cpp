@@ -1,5 +1,6 @@
 #include "files/owner_only_win32.h"
 
+#include "files/handle_win32.h"
 #include "text/wide_text_win32.h"
 
 #include <windows.h>
@@ -119,12 +120,16 @@ SECURITY_ATTRIBUTES* access()
 
 bool isReadableByOthers(const std::string& path)
 {
-    std::wstring name = wide_text::path(path);
+    // By handle: the operations that take a name are not said to take a prefixed one.
+    const files::FileHandle file(::CreateFileW(wide_text::path(path).c_str(), READ_CONTROL,
+                                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                               OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     PSID owner = nullptr;
     PACL list = nullptr;
     PSECURITY_DESCRIPTOR descriptor = nullptr;
-    if (::GetNamedSecurityInfoW(name.data(), SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION,
-                                &owner, nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS)
+    if (!file.valid() ||
+        ::GetSecurityInfo(file.get(), SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION, &owner,
+                          nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS)
     {
         return false;
     }

@@ -1,6 +1,7 @@
 #include "ipmi/child_process.h"
 
 #include "interrupt.h"
+#include "text/environment.h"
 #include "text/text.h"
 #include "text/wide_text_win32.h"
 
@@ -146,7 +147,7 @@ std::wstring environmentBlock(const std::vector<std::string>& environment)
         entries.push_back(wide_text::fromUtf8(entry));
     }
     // The system's libraries look for themselves with it.
-    entries.push_back(L"SystemRoot=" + wide_text::fromUtf8(wide_text::environment(L"SystemRoot")));
+    entries.push_back(L"SystemRoot=" + wide_text::fromUtf8(environment::variable("SystemRoot")));
     std::sort(entries.begin(), entries.end(),
               [](const std::wstring& left, const std::wstring& right)
               { return ::CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_LESS_THAN; });
@@ -265,7 +266,7 @@ bool start(const ChildRequest& request, const Streams& streams, PROCESS_INFORMAT
     std::wstring environment = environmentBlock(request.environment);
     constexpr DWORD kFlags = CREATE_NO_WINDOW | CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP |
                              CREATE_UNICODE_ENVIRONMENT | EXTENDED_STARTUPINFO_PRESENT;
-    return ::CreateProcessW(wide_text::path(request.program).c_str(), line.data(), nullptr, nullptr, TRUE, kFlags,
+    return ::CreateProcessW(wide_text::plainPath(request.program).c_str(), line.data(), nullptr, nullptr, TRUE, kFlags,
                             environment.data(), nullptr, &startup.StartupInfo, &process) != 0;
 }
 } // namespace

@@ -1,5 +1,6 @@
 #include "log/log_control.h"
 
+#include "files/entries.h"
 #include "files/files.h"
 #include "text/text.h"
 #include "xmodule_log.h"
@@ -179,7 +180,7 @@ bool open(const std::string& path, int level, std::string& error)
     }
     try
     {
-        auto sink = std::make_shared<spdlog::sinks::basic_file_sink_mt>(path);
+        auto sink = std::make_shared<spdlog::sinks::basic_file_sink_mt>(files::streamPath(path).u8string());
         auto logger = std::make_shared<spdlog::logger>("korvan", std::move(sink));
         logger->set_level(spdlog::level::trace);
         logger->flush_on(spdlog::level::err);

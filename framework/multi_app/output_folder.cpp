@@ -1,5 +1,7 @@
 #include "multi_app/output_folder.h"
 
+#include "files/entries.h"
+
 #include <ctime>
 #include <filesystem>
 #include <iomanip>
@@ -25,15 +27,19 @@ std::string datedName()
     }
     return name.str();
 }
+
+bool isFolder(const std::string& path)
+{
+    return files::lookAt(path).kind == files::Kind::Folder;
+}
 } // namespace
 
 namespace output_folder
 {
 bool make(const std::string& path, std::string& error)
 {
-    std::error_code failure;
     const fs::path target(path);
-    if (fs::is_directory(target, failure))
+    if (isFolder(path))
     {
         return true;
     }
@@ -48,7 +54,7 @@ bool make(const std::string& path, std::string& error)
         return true;
     case Creation::AlreadyThere:
         // Another program may have made it just now.
-        if (fs::is_directory(target, failure))
+        if (isFolder(path))
         {
             return true;
         }
@@ -90,12 +96,6 @@ bool makeDated(std::string& path, std::string& error)
 
 bool rename(const std::string& from, const std::string& to, std::string& error)
 {
-    std::error_code failure;
-    fs::rename(from, to, failure);
-    if (failure)
-    {
-        error = failure.message();
-    }
-    return !failure;
+    return files::rename(from, to, error);
 }
 } // namespace output_folder

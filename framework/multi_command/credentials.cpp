@@ -7,10 +7,10 @@
 #include "multi_command/target_name.h"
 #include "option_names.h"
 #include "result_codes.h"
+#include "text/environment.h"
 #include "text/text.h"
 
 #include <array>
-#include <cstdlib>
 #include <string>
 
 namespace
@@ -141,13 +141,6 @@ KorvanResult readOptions(const UserContext& context, multi_command::StandardInpu
                : result;
 }
 
-std::string variable(const char* name)
-{
-    // Read before the tasks' threads exist.
-    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
-    return value == nullptr ? std::string() : value;
-}
-
 bool lacksUser(const nova::ServerInfo& server)
 {
     return server.option != option::kLocal && server.user.empty();
@@ -247,14 +240,14 @@ KorvanResult fillCredentials(const UserContext& context, StandardInput input, st
     {
         return result;
     }
-    const Login environment{variable(kUserVariable), variable(kPasswordVariable)};
-    result = check(environment, kUserVariable, kPasswordVariable);
+    const Login surrounding{environment::variable(kUserVariable), environment::variable(kPasswordVariable)};
+    result = check(surrounding, kUserVariable, kPasswordVariable);
     if (!result.succeeded())
     {
         return result;
     }
-    const Login known{given.user.empty() ? environment.user : given.user,
-                      given.password.empty() ? environment.password : given.password};
+    const Login known{given.user.empty() ? surrounding.user : given.user,
+                      given.password.empty() ? surrounding.password : given.password};
     fill(known, servers);
     const bool mayAsk = input == StandardInput::Free && !HasOption(context, option::kPasswordStdin) &&
                         !HasOption(context, option::kNoInput) && standard_input::isDialogue();

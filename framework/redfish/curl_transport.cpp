@@ -19,6 +19,9 @@ namespace
 constexpr int kPollMilliseconds = 100; // how long an interrupt may go unnoticed
 constexpr long kIdleSecondsOfConnection = 60;
 constexpr curl_off_t kLongestRetryAfter = 86400; // seconds
+constexpr char kNoFingerprints[] =
+    "; this program's libcurl is not built on OpenSSL and shows no certificate, so that known controllers and "
+    "--trust-on-first-use do not count: give the issuer's certificate with --cacert, or take a program with OpenSSL";
 
 struct UrlHandle
 {
@@ -452,7 +455,9 @@ Exchange CurlTransport::perform(const Request& request)
     if (exchange.fault != TransportFault::None)
     {
         exchange.detail = state_->errorText[0] != '\0' ? state_->errorText : curl_easy_strerror(code);
-        exchange.refusal = state_->controllerTrust.refusal();
+        exchange.refusal = exchange.fault == TransportFault::Certificate && !trust::CertificateCheck::available()
+                               ? exchange.detail + kNoFingerprints
+                               : state_->controllerTrust.refusal();
     }
     resolveLocation(url, receiver.rawLocation, exchange);
     return exchange;

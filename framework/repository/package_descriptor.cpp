@@ -1,5 +1,6 @@
 #include "repository/package_descriptor.h"
 
+#include "files/entries.h"
 #include "os_names.h"
 #include "repository/package_fields.h"
 #include "repository/xml_text.h"
@@ -275,16 +276,15 @@ void checkPayloadOnDisk(const Source& source, const std::string& directory, cons
     {
         return;
     }
-    std::error_code error;
-    const auto size = std::filesystem::file_size(std::filesystem::path(directory) / info.payloadFile, error);
-    if (error)
+    const files::Entry payload = files::lookAt((std::filesystem::path(directory) / info.payloadFile).string());
+    if (payload.kind != files::Kind::RegularFile)
     {
         source.descriptor.warnings.push_back("the payload " + text::visible(info.payloadFile) + " is missing");
     }
-    else if (info.payloadSize != 0 && size != info.payloadSize)
+    else if (info.payloadSize != 0 && payload.size != info.payloadSize)
     {
         source.descriptor.warnings.push_back("the payload " + text::visible(info.payloadFile) + " has " +
-                                             std::to_string(size) + " bytes instead of " +
+                                             std::to_string(payload.size) + " bytes instead of " +
                                              std::to_string(info.payloadSize));
     }
 }

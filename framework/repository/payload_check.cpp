@@ -1,5 +1,6 @@
 #include "repository/payload_check.h"
 
+#include "files/entries.h"
 #include "interrupt.h"
 #include "text/text.h"
 
@@ -35,10 +36,10 @@ std::string hexadecimal(const unsigned char* bytes, std::size_t count)
 }
 
 // SHA-256 (FIPS 180-4) of a whole file.
-PayloadState digestOf(const std::filesystem::path& path, std::string& digest)
+PayloadState digestOf(const std::string& path, std::string& digest)
 {
     const std::unique_ptr<EVP_MD_CTX, FreeDigest> context(EVP_MD_CTX_new());
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(files::streamPath(path), std::ios::binary);
     if (!context || EVP_DigestInit_ex(context.get(), EVP_sha256(), nullptr) != 1 || !file)
     {
         return PayloadState::Unreadable;
@@ -66,7 +67,7 @@ PayloadState digestOf(const std::filesystem::path& path, std::string& digest)
     return PayloadState::Good;
 }
 
-PayloadFinding checkDigest(const std::filesystem::path& path, const std::string& name, const std::string& stated)
+PayloadFinding checkDigest(const std::string& path, const std::string& name, const std::string& stated)
 {
     std::string digest;
     switch (digestOf(path, digest))
@@ -93,28 +94,25 @@ PayloadFinding checkPayload(const std::string& directory, const service::Package
     {
         return {};
     }
-    const std::filesystem::path path = std::filesystem::path(directory) / info.payloadFile;
+    const std::string path = (std::filesystem::path(directory) / info.payloadFile).string();
     const std::string name = "the payload " + text::visible(info.payloadFile);
-    std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(path, error);
-    if (status.type() == std::filesystem::file_type::not_found)
+    const files::Entry entry = files::lookAt(path);
+    switch (entry.kind)
     {
+    case files::Kind::RegularFile:
+        break;
+    case files::Kind::Missing:
         return {PayloadState::Missing, name + " is missing"};
+    case files::Kind::Unknown:
+        return {PayloadState::NoRegularFile, name + " cannot be looked at"};
+    default:
+        // Opening a pipe would wait for ever.
+        return {PayloadState::NoRegularFile, name + " is no regular file"};
     }
-    // Opening a pipe would wait for ever.
-    if (error || !std::filesystem::is_regular_file(status))
-    {
-        return {PayloadState::NoRegularFile, name + (error ? " cannot be looked at" : " is no regular file")};
-    }
-    const std::uintmax_t size = std::filesystem::file_size(path, error);
-    if (error)
-    {
-        return {PayloadState::Unreadable, name + " cannot be read"};
-    }
-    if (info.payloadSize != 0 && size != info.payloadSize)
+    if (info.payloadSize != 0 && entry.size != info.payloadSize)
     {
         return {PayloadState::WrongSize,
-                name + " has " + std::to_string(size) + " bytes instead of " + std::to_string(info.payloadSize)};
+                name + " has " + std::to_string(entry.size) + " bytes instead of " + std::to_string(info.payloadSize)};
     }
     return info.payloadSha256.empty() ? PayloadFinding() : checkDigest(path, name, info.payloadSha256);
 }

@@ -1,5 +1,6 @@
 #include "repository/repository.h"
 
+#include "files/entries.h"
 #include "files/files.h"
 #include "interrupt.h"
 #include "korvan_directory.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <utility>
@@ -59,23 +61,14 @@ std::shared_ptr<Slot> slotOf(const std::string& key)
 
 bool listDescriptors(const std::string& directory, std::vector<std::string>& names, std::string& error)
 {
-    std::error_code failure;
-    std::filesystem::directory_iterator entry(directory, failure);
-    while (!failure && entry != std::filesystem::directory_iterator())
+    std::vector<std::string> found;
+    if (!files::listRegularFiles(directory, found, error))
     {
-        std::error_code typeFailure;
-        const std::filesystem::path& path = entry->path();
-        if (text::toLower(path.extension().string()) == ".xml" && entry->is_regular_file(typeFailure))
-        {
-            names.push_back(path.filename().string());
-        }
-        entry.increment(failure);
-    }
-    if (failure)
-    {
-        error = failure.message();
         return false;
     }
+    std::copy_if(found.begin(), found.end(), std::back_inserter(names),
+                 [](const std::string& name)
+                 { return text::toLower(std::filesystem::path(name).extension().string()) == ".xml"; });
     std::sort(names.begin(), names.end());
     return true;
 }

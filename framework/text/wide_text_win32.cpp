@@ -8,14 +8,17 @@
 
 namespace
 {
-// A folder's path may have 12 units less than a file's, so that a short name fits into it (CreateDirectoryW).
-constexpr std::size_t kLongestPlainPath = 260 - 12;
 constexpr wchar_t kLongPrefix[] = L"\\\\?\\";
 constexpr wchar_t kLongNetworkPrefix[] = L"\\\\?\\UNC\\";
 
 bool startsWith(const std::wstring& text, const wchar_t* beginning)
 {
     return text.rfind(beginning, 0) == 0;
+}
+
+bool isPrefixed(const std::wstring& path)
+{
+    return startsWith(path, L"\\\\?\\") || startsWith(path, L"\\\\.\\");
 }
 
 std::wstring absolute(const std::wstring& path)
@@ -57,22 +60,25 @@ std::string toUtf8(const std::wstring& text)
     return toUtf8(text.data(), text.size());
 }
 
-std::wstring path(const std::string& path)
+std::wstring plainPath(const std::string& path)
 {
     std::wstring result = fromUtf8(path);
     std::replace(result.begin(), result.end(), L'/', L'\\');
-    if (result.size() < kLongestPlainPath && !result.empty() && result.find(L':') == std::wstring::npos &&
-        result.front() != L'\\')
+    return result;
+}
+
+std::wstring path(const std::string& path)
+{
+    const std::wstring plain = plainPath(path);
+    if (plain.empty() || isPrefixed(plain))
     {
-        // A relative path counts with the folder that it is relative to.
-        const std::wstring whole = absolute(result);
-        return whole.size() < kLongestPlainPath ? result : kLongPrefix + whole;
+        return plain;
     }
-    if (result.size() < kLongestPlainPath || startsWith(result, L"\\\\?\\") || startsWith(result, L"\\\\.\\"))
+    const std::wstring whole = absolute(plain);
+    if (isPrefixed(whole))
     {
-        return result;
+        return whole; // of a device, such as NUL
     }
-    const std::wstring whole = absolute(result);
     return startsWith(whole, L"\\\\") ? kLongNetworkPrefix + whole.substr(2) : kLongPrefix + whole;
 }
 
@@ -89,14 +95,5 @@ std::string systemReason(unsigned long number)
     const std::string text = toUtf8(words, length);
     ::LocalFree(words);
     return text::trim(text);
-}
-
-std::string environment(const wchar_t* name)
-{
-    const DWORD needed = ::GetEnvironmentVariableW(name, nullptr, 0);
-    std::wstring value(needed, L'\0');
-    const DWORD length = ::GetEnvironmentVariableW(name, value.data(), needed);
-    value.resize(length < needed ? length : 0);
-    return toUtf8(value);
 }
 } // namespace wide_text

@@ -12,12 +12,13 @@ std::wstring fromUtf8(const std::string& text);
 std::string toUtf8(const wchar_t* text, std::size_t length);
 std::string toUtf8(const std::wstring& text);
 
-// A path for a file call. One that is too long for the old limit of 260 units gets the prefix that lifts it.
+// A path for a file call: a whole one, with the prefix that lifts the old limit of 260 units. Names that follow behind a
+// backslash are taken as they stand. Empty for an empty one.
 std::wstring path(const std::string& path);
+
+// The same path in Windows' own spelling, for calls that do not take the prefix and for what others are told.
+std::wstring plainPath(const std::string& path);
 
 // The system's words for an error number (GetLastError), without the line end.
 std::string systemReason(unsigned long number);
-
-// A variable of the environment; empty when there is none.
-std::string environment(const wchar_t* name);
 } // namespace wide_text

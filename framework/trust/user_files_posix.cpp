@@ -1,7 +1,8 @@
 #include "trust/user_files.h"
 
+#include "text/environment.h"
+
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/file.h>
@@ -35,8 +36,8 @@ std::string accountsHome()
 
 std::string homeFolder()
 {
-    const char* const named = std::getenv("HOME");
-    const std::string home = named == nullptr || *named == '\0' ? accountsHome() : named;
+    const std::string named = environment::variable("HOME");
+    const std::string home = named.empty() ? accountsHome() : named;
     // A relative one would name another file in every working folder.
     return !home.empty() && home.front() == '/' ? home : std::string();
 }

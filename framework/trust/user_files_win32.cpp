@@ -1,6 +1,7 @@
 #include "trust/user_files.h"
 
 #include "files/owner_only_win32.h"
+#include "text/environment.h"
 #include "text/wide_text_win32.h"
 
 #include <windows.h>
@@ -30,7 +31,7 @@ bool isWholePath(const std::string& path)
 
 std::string homeFolder()
 {
-    const std::string home = wide_text::environment(L"USERPROFILE");
+    const std::string home = environment::variable("USERPROFILE");
     // A relative one would name another file in every working folder.
     return isWholePath(home) ? home : std::string();
 }

@@ -3,6 +3,8 @@
 #include "interrupt.h"
 #include "nova/server_info.h"
 
+#include <boost/config.hpp>
+
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
@@ -74,7 +76,7 @@ class TestApplication : public BasicMultiApp
 };
 } // namespace
 
-extern "C" __attribute__((visibility("default"))) BasicMultiApp* create_instance()
+extern "C" BOOST_SYMBOL_EXPORT BasicMultiApp* create_instance()
 {
     return mode() == "null" ? nullptr : new TestApplication;
 }

@@ -2,9 +2,7 @@
 
 #include "multicompare.h"
 
-#include <boost/config.hpp>
-
-extern "C" BOOST_SYMBOL_EXPORT BasicMultiApp* create_instance()
+extern "C" BasicMultiApp* create_instance()
 {
     return new (std::nothrow) APPUpdateMultiCompare;
 }

@@ -1,5 +1,6 @@
 #include "connect/local_inventory.h"
 
+#include "connect/present_devices_win32.h"
 #include "connect/smbios.h"
 #include "framework/connect/smbios_fixture.h"
 #include "support/scratch_folder.h"
@@ -11,18 +12,22 @@
 TEST(LocalInventory, ReadsMachineTypeFirmwareSystemAndArchitecture)
 {
     const test_support::ScratchFolder root;
-    root.write("smbios", smbios_fixture::machine());
+    root.write("smbios", smbios_fixture::structure(38, 0x12, {}) + smbios_fixture::machine());
     service::UpdateScanReport report;
     EXPECT_TRUE(connect::readLocalInventory(root.path(), report).succeeded());
     EXPECT_EQ("7X20", report.GetMT());
     EXPECT_EQ("win", report.GetOS().substr(0, 3));
     EXPECT_EQ("x64", report.GetArch());
-    ASSERT_FALSE(report.GetScanResults().empty());
+    ASSERT_EQ(2U, report.GetScanResults().size());
     const service::ScanItem& bios = report.GetScanResults()[0];
     EXPECT_EQ("UEFI-7X20", bios.softwareId);
     EXPECT_EQ("HVE128K", bios.version);
     EXPECT_EQ("Halvorsen", bios.manufacturer);
     EXPECT_EQ("2025-07-24", bios.releaseDate);
+    const service::ScanItem& controller = report.GetScanResults()[1];
+    EXPECT_EQ("BMC-7X20", controller.softwareId);
+    EXPECT_EQ("", controller.version);
+    EXPECT_EQ("BMC", controller.classification);
 }
 
 // What the system's call gives, taken apart; a virtual machine may tell little.
@@ -46,8 +51,18 @@ TEST(LocalInventory, LeavesEmptyWhatCannotBeRead)
     service::UpdateScanReport report;
     EXPECT_TRUE(connect::readLocalInventory(root.path(), report).succeeded());
     EXPECT_EQ("", report.GetMT());
-    for (const service::ScanItem& item : report.GetScanResults())
+    EXPECT_TRUE(report.GetScanResults().empty());
+}
+
+// Every system has devices that it makes itself.
+TEST(PresentDevices, HaveTheirBusAndTheServiceOfTheirDriver)
+{
+    bool made = false;
+    for (const connect::DeviceDriver& device : connect::presentDevices())
     {
-        EXPECT_EQ("Driver", item.category);
+        EXPECT_NE("", device.service);
+        EXPECT_EQ(std::string::npos, device.bus.find('\\')) << device.bus;
+        made = made || device.bus == "ROOT";
     }
+    EXPECT_TRUE(made);
 }

@@ -61,6 +61,14 @@ TEST(Smbios, SurvivesWrongLengthsAndTextNumbers)
     EXPECT_EQ(readSmbios(std::string(100000, '\0')).biosVersion, "");
 }
 
+TEST(Smbios, TellsOfAControllerByEitherOfItsStructures)
+{
+    EXPECT_FALSE(connect::tellsOfController(machine()));
+    EXPECT_TRUE(connect::tellsOfController(structure(38, 0x12, {}) + machine()));
+    EXPECT_TRUE(connect::tellsOfController(structure(42, 0x10, {}) + machine()));
+    EXPECT_FALSE(connect::tellsOfController(machine() + structure(38, 0x12, {}))) << "behind the table's end";
+}
+
 TEST(BiosDate, BecomesAnIsoDate)
 {
     EXPECT_EQ(connect::isoDateOfBios("07/24/2025"), "2025-07-24");
