@@ -16,6 +16,7 @@ std::vector<std::string> programWords(int argc, char** argv)
         return std::vector<std::string>(argv, argv + argc);
     }
     std::vector<std::string> words;
+    words.reserve(static_cast<std::size_t>(count));
     for (int index = 0; index < count; ++index)
     {
         words.push_back(wide_text::toUtf8(wide[index]));

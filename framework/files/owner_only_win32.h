@@ -2,7 +2,7 @@
 
 #include <string>
 
-struct _SECURITY_ATTRIBUTES;
+struct _SECURITY_ATTRIBUTES; // NOLINT(bugprone-reserved-identifier): the system's own name
 
 // Who may use what the program makes, and what it reads: the counterpart of the modes 0600 and 0700.
 namespace owner_only

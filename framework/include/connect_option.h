@@ -19,9 +19,9 @@ struct ConnectOption
     bool checkTrust = true; // false: any certificate will do
     std::chrono::seconds connectTimeout{20};
     std::chrono::seconds requestTimeout{120}; // for one answer; slow controllers need minutes for one inventory
-    std::chrono::seconds targetTimeout{900}; // for everything asked of this target
-    std::string knownControllers;            // file of trusted fingerprints; empty: there is none
-    bool trustOnFirstUse = false;            // an unknown controller's fingerprint goes into that file
+    std::chrono::seconds targetTimeout{900};  // for everything asked of this target
+    std::string knownControllers;             // file of trusted fingerprints; empty: there is none
+    bool trustOnFirstUse = false;             // an unknown controller's fingerprint goes into that file
     std::string fingerprint; // SHA-256 of the one certificate to trust, lower-case hex; empty: none is set
     bool oldTls = false;     // TLS 1.0 and 1.1 and their ciphers will do
     std::uint32_t ipmiPort = 623;

@@ -142,6 +142,7 @@ std::wstring commandLine(const ChildRequest& request)
 std::wstring environmentBlock(const std::vector<std::string>& environment)
 {
     std::vector<std::wstring> entries;
+    entries.reserve(environment.size() + 1);
     for (const std::string& entry : environment)
     {
         entries.push_back(wide_text::fromUtf8(entry));
