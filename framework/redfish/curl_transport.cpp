@@ -1,7 +1,7 @@
 #include "redfish/curl_transport.h"
 
-#include "interrupt.h"
-#include "text/text.h"
+#include "redfish/answer_receiver.h"
+#include "redfish/redirect_location.h"
 #include "trust/certificate_check.h"
 #include "trust/controller_trust.h"
 
@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <chrono>
 #include <mutex>
-#include <optional>
 
 namespace redfish
 {
@@ -22,185 +21,6 @@ constexpr curl_off_t kLongestRetryAfter = 86400; // seconds
 constexpr char kNoFingerprints[] =
     "; this program's libcurl is not built on OpenSSL and shows no certificate, so that known controllers and "
     "--trust-on-first-use do not count: give the issuer's certificate with --cacert, or take a program with OpenSSL";
-
-struct UrlHandle
-{
-    UrlHandle() : url(curl_url()) {}
-    ~UrlHandle() { curl_url_cleanup(url); }
-    UrlHandle(const UrlHandle&) = delete;
-    UrlHandle& operator=(const UrlHandle&) = delete;
-
-    std::string part(CURLUPart which, unsigned int flags) const
-    {
-        char* value = nullptr;
-        if (curl_url_get(url, which, &value, flags) != CURLUE_OK || value == nullptr)
-        {
-            return std::string();
-        }
-        std::string result(value);
-        curl_free(value);
-        return result;
-    }
-
-    CURLU* url;
-};
-
-// Everything that the callbacks of one exchange see.
-struct Receiver
-{
-    Exchange* exchange = nullptr;
-    std::string rawLocation;
-    std::size_t largestBody = 0;
-    InterruptUse interruptUse = InterruptUse::Abort;
-    bool headersComplete = false;
-    bool tooLarge = false;
-    bool interrupted = false;
-    std::optional<std::chrono::steady_clock::time_point> interruptSeen;
-};
-
-std::size_t takeBody(char* data, std::size_t size, std::size_t count, void* user)
-{
-    auto* receiver = static_cast<Receiver*>(user);
-    const std::size_t bytes = size * count;
-    std::string& body = receiver->exchange->body;
-    if (bytes > receiver->largestBody - std::min(body.size(), receiver->largestBody))
-    {
-        receiver->tooLarge = true;
-        return 0;
-    }
-    body.append(data, bytes);
-    return bytes;
-}
-
-void takeField(Receiver& receiver, const std::string& line)
-{
-    const std::size_t colon = line.find(':');
-    if (colon == std::string::npos)
-    {
-        return;
-    }
-    const std::string name = text::toLower(line.substr(0, colon));
-    const std::string value = text::trim(line.substr(colon + 1));
-    if (name == "location")
-    {
-        receiver.rawLocation = value;
-    }
-    else if (name == "x-auth-token")
-    {
-        receiver.exchange->token = value;
-    }
-    else if (name == "www-authenticate")
-    {
-        receiver.exchange->authenticate += text::toLower(value) + " ";
-    }
-}
-
-std::size_t takeHeader(char* data, std::size_t size, std::size_t count, void* user)
-{
-    auto* receiver = static_cast<Receiver*>(user);
-    const std::string line(data, size * count);
-    if (line.empty() || line.back() != '\n')
-    {
-        return size * count; // broken off amid a line
-    }
-    if (text::startsWith(line, "HTTP/"))
-    {
-        // An interim answer (100 Continue) came before this one; nothing of it counts.
-        receiver->rawLocation.clear();
-        receiver->exchange->token.clear();
-        receiver->exchange->authenticate.clear();
-        receiver->headersComplete = false;
-    }
-    else if (text::trim(line).empty())
-    {
-        receiver->headersComplete = true;
-    }
-    else
-    {
-        takeField(*receiver, line);
-    }
-    return size * count;
-}
-
-int watchInterrupt(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
-{
-    auto* receiver = static_cast<Receiver*>(user);
-    if (receiver->interruptUse == InterruptUse::Ignore || !interrupt::requested())
-    {
-        return 0;
-    }
-    const auto now = std::chrono::steady_clock::now();
-    receiver->interruptSeen = receiver->interruptSeen.value_or(now);
-    receiver->interrupted =
-        receiver->interruptUse == InterruptUse::Abort || now - *receiver->interruptSeen >= kFinishTime;
-    return receiver->interrupted ? 1 : 0;
-}
-
-TransportFault faultOf(CURLcode code, const Receiver& receiver)
-{
-    if (receiver.interrupted)
-    {
-        return TransportFault::Interrupted;
-    }
-    if (receiver.tooLarge)
-    {
-        return TransportFault::TooLarge;
-    }
-    switch (code)
-    {
-    case CURLE_OK:
-        // An answer that ends amid its headers passes in libcurl for one with an empty body.
-        return receiver.headersComplete ? TransportFault::None : TransportFault::Cut;
-    case CURLE_OPERATION_TIMEDOUT:
-        return TransportFault::TimeLimit;
-    case CURLE_COULDNT_RESOLVE_HOST:
-        return TransportFault::NameNotFound;
-    case CURLE_PEER_FAILED_VERIFICATION:
-    case CURLE_SSL_ISSUER_ERROR:
-        return TransportFault::Certificate;
-    case CURLE_SSL_CACERT_BADFILE:
-        return TransportFault::CaFile;
-    case CURLE_SSL_CONNECT_ERROR:
-    case CURLE_SSL_CIPHER:
-        return TransportFault::Tls;
-    case CURLE_GOT_NOTHING:
-    case CURLE_RECV_ERROR:
-    case CURLE_SEND_ERROR:
-    case CURLE_PARTIAL_FILE:
-        return TransportFault::Cut;
-    case CURLE_COULDNT_CONNECT:
-        return TransportFault::Unreachable;
-    default:
-        return TransportFault::Malformed;
-    }
-}
-
-std::string originOf(const UrlHandle& url)
-{
-    return url.part(CURLUPART_SCHEME, 0) + "://" + text::toLower(url.part(CURLUPART_HOST, 0)) + ":" +
-           url.part(CURLUPART_PORT, CURLU_DEFAULT_PORT);
-}
-
-// Resolves the Location against the request's URL (RFC 9110, section 10.2.2).
-void resolveLocation(const std::string& requestUrl, const std::string& location, Exchange& exchange)
-{
-    if (location.empty())
-    {
-        return;
-    }
-    const UrlHandle base;
-    const UrlHandle target;
-    if (curl_url_set(base.url, CURLUPART_URL, requestUrl.c_str(), 0) != CURLUE_OK ||
-        curl_url_set(target.url, CURLUPART_URL, requestUrl.c_str(), 0) != CURLUE_OK ||
-        curl_url_set(target.url, CURLUPART_URL, location.c_str(), CURLU_URLENCODE) != CURLUE_OK ||
-        originOf(base) != originOf(target))
-    {
-        exchange.leadsElsewhere = true;
-        return;
-    }
-    const std::string query = target.part(CURLUPART_QUERY, 0);
-    exchange.location = target.part(CURLUPART_PATH, 0) + (query.empty() ? "" : "?" + query);
-}
 
 // DSP0266, section "Request headers".
 std::vector<std::string> redfishHeaders(const std::string& method)
@@ -245,7 +65,7 @@ struct CurlTransport::State
     State(const State&) = delete;
     State& operator=(const State&) = delete;
 
-    bool prepare(const Request& request, const std::string& url, Receiver& receiver, curl_slist*& headers);
+    bool prepare(const Request& request, const std::string& url, AnswerReceiver& receiver, curl_slist*& headers);
     void prepareTlsVersion();
     bool prepareTrust();
     CURLcode run();
@@ -310,7 +130,7 @@ bool CurlTransport::State::prepareTrust()
     return !ownFingerprint;
 }
 
-bool CurlTransport::State::prepare(const Request& request, const std::string& url, Receiver& receiver,
+bool CurlTransport::State::prepare(const Request& request, const std::string& url, AnswerReceiver& receiver,
                                    curl_slist*& headers)
 {
     curl_easy_reset(easy); // keeps connections and the TLS session cache
@@ -331,13 +151,7 @@ bool CurlTransport::State::prepare(const Request& request, const std::string& ur
     curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, std::max<long>(1, static_cast<long>(request.timeLimit.count())));
     prepareTlsVersion();
 
-    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, takeBody);
-    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &receiver);
-    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, takeHeader);
-    curl_easy_setopt(easy, CURLOPT_HEADERDATA, &receiver);
-    curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
-    curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, watchInterrupt);
-    curl_easy_setopt(easy, CURLOPT_XFERINFODATA, &receiver);
+    receiver.attach(easy);
 
     for (const std::string& header : request.headers.empty() ? redfishHeaders(request.method) : request.headers)
     {
@@ -416,10 +230,7 @@ Exchange CurlTransport::perform(const Request& request)
         exchange.detail = "the HTTP library could not be started";
         return exchange;
     }
-    Receiver receiver;
-    receiver.exchange = &exchange;
-    receiver.largestBody = state_->largestBody;
-    receiver.interruptUse = request.interruptUse;
+    AnswerReceiver receiver(exchange, state_->largestBody, request.interruptUse);
 
     const std::string url = state_->base + request.path;
     curl_slist* headers = nullptr;
@@ -446,7 +257,7 @@ Exchange CurlTransport::perform(const Request& request)
     curl_easy_getinfo(easy, CURLINFO_RETRY_AFTER, &retryAfter);
     curl_slist_free_all(headers);
 
-    exchange.fault = faultOf(code, receiver);
+    exchange.fault = receiver.fault(code);
     exchange.status = static_cast<int>(status);
     exchange.reusedConnection = connections == 0;
     exchange.connected = beforeRequest > 0;
@@ -459,7 +270,7 @@ Exchange CurlTransport::perform(const Request& request)
                                ? exchange.detail + kNoFingerprints
                                : state_->controllerTrust.refusal();
     }
-    resolveLocation(url, receiver.rawLocation, exchange);
+    resolveLocation(url, receiver.location(), exchange);
     return exchange;
 }
 } // namespace redfish
