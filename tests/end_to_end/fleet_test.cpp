@@ -166,7 +166,8 @@ TEST_F(Fleet, ComplainsOfAWrongOptionOnceAndAsksNobody)
         EXPECT_EQ(count(outcome.err, "\n"), 1U) << outcome.err;
         EXPECT_FALSE(exists("out"));
     }
-    for (const json& controller : statistics()["controllers"])
+    const json counted = statistics();
+    for (const json& controller : counted["controllers"])
     {
         EXPECT_EQ(controller["connections"], 0) << controller.dump(2);
     }
