@@ -3,6 +3,8 @@
 #include "interrupt.h"
 #include "text/text.h"
 
+#include <curl/curl.h>
+
 #include <algorithm>
 
 namespace redfish
@@ -12,35 +14,47 @@ AnswerReceiver::AnswerReceiver(Exchange& exchange, std::size_t largestBody, Inte
 {
 }
 
-void AnswerReceiver::attach(CURL* easy)
+struct AnswerReceiver::Callbacks
 {
-    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, takeBody);
+    // Fewer bytes than were given end the transfer, and so does anything but 0 of `progress`.
+    static std::size_t body(char* data, std::size_t size, std::size_t count, void* user)
+    {
+        return static_cast<AnswerReceiver*>(user)->takeBody(data, size * count) ? size * count : 0;
+    }
+
+    static std::size_t header(char* data, std::size_t size, std::size_t count, void* user)
+    {
+        static_cast<AnswerReceiver*>(user)->takeLine(std::string(data, size * count));
+        return size * count;
+    }
+
+    static int progress(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
+    {
+        return static_cast<AnswerReceiver*>(user)->isToEnd() ? 1 : 0;
+    }
+};
+
+void AnswerReceiver::attach(void* easy)
+{
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, Callbacks::body);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
-    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, takeHeader);
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, Callbacks::header);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
-    curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, watchInterrupt);
+    curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, Callbacks::progress);
     curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
 }
 
-std::size_t AnswerReceiver::takeBody(char* data, std::size_t size, std::size_t count, void* user)
+bool AnswerReceiver::takeBody(const char* data, std::size_t bytes)
 {
-    auto* const receiver = static_cast<AnswerReceiver*>(user);
-    const std::size_t bytes = size * count;
-    std::string& body = receiver->exchange_.body;
-    if (bytes > receiver->largestBody_ - std::min(body.size(), receiver->largestBody_))
+    std::string& body = exchange_.body;
+    if (bytes > largestBody_ - std::min(body.size(), largestBody_))
     {
-        receiver->tooLarge_ = true;
-        return 0;
+        tooLarge_ = true;
+        return false;
     }
     body.append(data, bytes);
-    return bytes;
-}
-
-std::size_t AnswerReceiver::takeHeader(char* data, std::size_t size, std::size_t count, void* user)
-{
-    static_cast<AnswerReceiver*>(user)->takeLine(std::string(data, size * count));
-    return size * count;
+    return true;
 }
 
 void AnswerReceiver::takeLine(const std::string& line)
@@ -90,21 +104,20 @@ void AnswerReceiver::takeField(const std::string& line)
     }
 }
 
-int AnswerReceiver::watchInterrupt(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
+// Whether an interrupt ends the transfer now.
+bool AnswerReceiver::isToEnd()
 {
-    auto* const receiver = static_cast<AnswerReceiver*>(user);
-    if (receiver->interruptUse_ == InterruptUse::Ignore || !interrupt::requested())
+    if (interruptUse_ == InterruptUse::Ignore || !interrupt::requested())
     {
-        return 0;
+        return false;
     }
     const auto now = std::chrono::steady_clock::now();
-    receiver->interruptSeen_ = receiver->interruptSeen_.value_or(now);
-    receiver->interrupted_ =
-        receiver->interruptUse_ == InterruptUse::Abort || now - *receiver->interruptSeen_ >= kFinishTime;
-    return receiver->interrupted_ ? 1 : 0;
+    interruptSeen_ = interruptSeen_.value_or(now);
+    interrupted_ = interruptUse_ == InterruptUse::Abort || now - *interruptSeen_ >= kFinishTime;
+    return interrupted_;
 }
 
-TransportFault AnswerReceiver::fault(CURLcode outcome) const
+TransportFault AnswerReceiver::fault(int outcome) const
 {
     if (interrupted_)
     {

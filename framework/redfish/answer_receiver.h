@@ -2,8 +2,6 @@
 
 #include "redfish/transport.h"
 
-#include <curl/curl.h>
-
 #include <chrono>
 #include <cstddef>
 #include <optional>
@@ -20,18 +18,20 @@ class AnswerReceiver
     AnswerReceiver(const AnswerReceiver&) = delete;
     AnswerReceiver& operator=(const AnswerReceiver&) = delete;
 
-    void attach(CURL* easy);
+    // `easy` is libcurl's handle (CURL*).
+    void attach(void* easy);
 
-    // What the transfer's outcome means, once it is over.
-    TransportFault fault(CURLcode outcome) const;
+    // What the transfer's outcome (CURLcode) means, once it is over.
+    TransportFault fault(int outcome) const;
 
     // The Location as it came.
     const std::string& location() const { return location_; }
 
   private:
-    static std::size_t takeBody(char* data, std::size_t size, std::size_t count, void* user);
-    static std::size_t takeHeader(char* data, std::size_t size, std::size_t count, void* user);
-    static int watchInterrupt(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t);
+    struct Callbacks; // what libcurl calls
+
+    bool takeBody(const char* data, std::size_t bytes);
+    bool isToEnd();
     void takeLine(const std::string& line);
     void takeField(const std::string& line);
 
