@@ -2,9 +2,7 @@
 // controller.
 
 #include "end_to_end/fleet_fixture.h"
-
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
+#include "end_to_end/names.h"
 
 #include <chrono>
 #include <ostream>
@@ -12,10 +10,7 @@
 
 namespace
 {
-using nlohmann::json;
-using test_support::ProcessOutcome;
-using testing::HasSubstr;
-using testing::Not;
+using namespace end_to_end;
 
 constexpr char kServer[] = "rack-a";
 constexpr char kLeft[] = "a session may be left on the controller: ";
@@ -26,7 +21,7 @@ struct Row
     const char* fault;
     const char* line; // a piece of the target's line at the end, after its name
     int open;         // sessions that stay: those of logins whose answer nobody has seen
-    std::vector<std::string> options = {};
+    Words options = {};
 };
 
 std::ostream& operator<<(std::ostream& out, const Row& row)
@@ -43,9 +38,9 @@ class BrokenSession : public FleetFixture
         serveEntries({controller(kServer, {{"faults", faults}, {"behaviour", behaviour}})});
     }
 
-    ProcessOutcome compareOne(const std::vector<std::string>& more = {}) const
+    ProcessOutcome compareOne(const Words& more = {}) const
     {
-        std::vector<std::string> words = {"--bmc", login(kServer), "--connect-timeout", "1"};
+        Words words = {"--bmc", login(kServer), "--connect-timeout", "1"};
         words.insert(words.end(), more.begin(), more.end());
         return compare(words);
     }

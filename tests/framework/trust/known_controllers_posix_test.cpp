@@ -1,10 +1,10 @@
 #include "framework/trust/known_file.h"
 
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 #include <vector>
 
+using known_file::addFromThreads;
 using known_file::addMany;
 using known_file::kOne;
 using known_file::linesOf;
@@ -25,18 +25,7 @@ TEST(KnownControllers, LosesNoLineOfThreadsAndProcesses)
     {
         ::_exit(addMany(path, "process", kEach) ? 0 : 1);
     }
-    std::vector<std::thread> threads;
-    std::vector<int> added(kWriters, 0);
-    for (int writer = 0; writer < kWriters; ++writer)
-    {
-        threads.emplace_back(
-            [&added, &path, writer]
-            { added[static_cast<std::size_t>(writer)] = addMany(path, "thread" + std::to_string(writer), kEach); });
-    }
-    for (std::thread& thread : threads)
-    {
-        thread.join();
-    }
+    const std::vector<int> added = addFromThreads(path, kWriters, kEach);
     int status = -1;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);

@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-using known_file::addMany;
+using known_file::addFromThreads;
 using known_file::kOne;
 using known_file::kTwo;
 using known_file::linesOf;
@@ -158,18 +158,7 @@ TEST(KnownControllers, LosesNoLineOfThreads)
     constexpr int kEach = 12;
     const ScratchFolder folder;
     const std::string path = folder.file("known");
-    std::vector<std::thread> threads;
-    std::vector<int> added(kWriters, 0);
-    for (int writer = 0; writer < kWriters; ++writer)
-    {
-        threads.emplace_back(
-            [&added, &path, writer]
-            { added[static_cast<std::size_t>(writer)] = addMany(path, "thread" + std::to_string(writer), kEach); });
-    }
-    for (std::thread& thread : threads)
-    {
-        thread.join();
-    }
+    const std::vector<int> added = addFromThreads(path, kWriters, kEach);
     EXPECT_EQ(added, std::vector<int>(kWriters, 1));
     EXPECT_EQ(linesOf(readFile(path)), 1 + kWriters * kEach);
     EXPECT_EQ(KnownControllers(path).find("thread3-11:443", kOne).knowledge, Knowledge::Known);
