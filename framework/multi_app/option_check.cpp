@@ -181,6 +181,7 @@ KorvanResult checkSavedQuery(const UserContext& context)
     return wrong(loaded.code, option::kQueryXml,
                  text::trim(loaded.messageText()) + " Give the " + file_name::kQueryXml + " of an earlier run");
 }
+
 KorvanResult checkPattern(const UserContext& context)
 {
     try

@@ -14,7 +14,8 @@ namespace option_check
 // with them; one of this machine alone is left to its task, since the legacy installer tool, which may take it over,
 // judges the options by rules of its own.
 //
-// Code 5: an unknown scope, type, system or architecture, or a pattern that is no regular expression. 38: the repository's folder cannot be read. 6 and 10: a file is
-// missing or cannot be read. 7: a file of authorities that holds no certificate. 88: a report that is none.
+// Code 5: an unknown scope, type, system or architecture, or a pattern that is no regular expression. 38: the
+// repository's folder cannot be read. 6 and 10: a file is missing or cannot be read. 7: a file of authorities that holds
+// no certificate. 88: a report that is none.
 KorvanResult check(const UserContext& context, const std::vector<nova::ServerInfo>& servers);
 } // namespace option_check
